@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_FSHELPER_H
+#define AUX_FSHELPER_H
+
+#include <aux/error.h>
+#include <aux/export.h>
+
+#include <QString>
+#include <QStringList>
+
+#include <utility>
+
+namespace aux
+{
+
+/// The directories that hold the terminal's files. A value outside the list is an invalid
+/// location wherever one is taken.
+enum class DirLocation : int {
+    Invalid = 0,
+    Data,     ///< "/data", the root of all others but Tmp
+    Config,   ///< "/data/config"
+    New,      ///< "/data/zel/rk4/new"
+    Archive,  ///< "/data/zel/rk4/archive"
+    Transfer, ///< "/data/zel/rk4/transfer"
+    Log,      ///< "/data/zel/rk4/log"
+    Failed,   ///< "/data/zel/rk4/failed"
+    Tmp,      ///< the system's temporary directory
+};
+
+/// Names, lists, checks and moves the files in the terminal's data directories.
+///
+///     const QString path = aux::FsHelper::createUniqueFileName(aux::DirLocation::New);
+///     // ... write the file ...
+///     const auto [error, checksum] = aux::FsHelper::generateChecksum(path);
+///     if (!error.hasError())
+///         return aux::FsHelper::fileMove(aux::DirLocation::New, aux::DirLocation::Archive, path,
+///                                        checksum, true, {});
+///
+/// *Guarantees*: no state and no locks; any thread may call. Nothing here waits for anything but
+/// the storage. After a successful fileMove the file is in the destination and flushed to the
+/// storage; after a failed or interrupted one it is still where it was, and the move can be
+/// repeated.
+class AUX_EXPORT FsHelper
+{
+public:
+    FsHelper() = default;
+
+    /// @name Locations and names
+    /// Pure text, no failures; only getBackgroundImageSource looks at the disk.
+    /// @{
+
+    /// Returns the location's name: "data", "config", "new", "archive", "transfer", "log",
+    /// "failed", "tmp", and "<invalid>" for everything else.
+    static QString dirLocationToString(DirLocation location);
+    /// Returns the location of exactly this name (upper and lower case differ), else Invalid.
+    static DirLocation dirLocationFromString(const QString &name);
+    /// Returns the location's path without a separator at its end; null for an invalid location.
+    static QString dirLocationToFullPath(DirLocation location);
+    /// Returns the location of the directory that holds the given file, i.e. of everything before
+    /// the last "/"; Invalid where that is no location.
+    ///
+    /// A directory's own path yields the location of its parent. Files in the failed directory
+    /// yield Invalid: that location is deliberately not found this way. The temporary directory
+    /// is the one the process had when the library was loaded.
+    static DirLocation dirLocationFromFullPath(const QString &filePath);
+    /// Returns the location's path, "/" and the name, unchanged and unchecked.
+    static QString createPathName(DirLocation location, const QString &fileName);
+    /// Returns a path for a new data file: "rk4-", a random UUID and ".bin". Creates nothing.
+    static QString createUniqueFileName(DirLocation location);
+    /// Returns the path of the public OpenPGP key, "gpg_public.zelgpg", beside the given file.
+    static QString createGpgKeyFileName(const QString &filePath);
+    /// Returns the path of the background image, "background.img", beside the given file.
+    static QString createBackgroundImageFileName(const QString &filePath);
+    /// Returns "file://" and the path of the background image beside the given file where it
+    /// exists, else the address of the built-in image (a "qrc:" resource of the application).
+    static QString getBackgroundImageSource(const QString &filePath);
+    /// @}
+
+    /// @name Whole directories
+    /// @{
+
+    /// Lists the names of the readable regular files of a location, by name ignoring case; no
+    /// hidden files, no directories.
+    ///
+    /// Fails with 10001 "FileHelper: directory does not exist", also for an invalid location.
+    [[nodiscard]] static std::pair<Error, QStringList> createDirList(DirLocation location);
+    /// Counts what createDirList lists; its failures, with a count of 0.
+    [[nodiscard]] static std::pair<Error, int> getNumberOfDirEntries(DirLocation location);
+    /// Tells whether the calling user may write at least so many more bytes to the location's
+    /// file system. False when that cannot be told. An invalid location stands for the current
+    /// directory.
+    static bool checkFreeSpace(DirLocation location, qint64 bytes);
+    /// Removes config, new, archive, transfer, log and failed with everything in them (a factory
+    /// reset); the data root and the temporary directory stay. Nothing recreates them.
+    ///
+    /// Fails with 10001 "Internal error: could not remove data directory". Deliberately only the
+    /// last directory that exists decides: an earlier one that could not be removed is not
+    /// reported when a later one was.
+    static Error removeEntireDataDir();
+    /// @}
+
+    /// @name Checksums
+    /// SHA-256 (FIPS 180-4) of the whole file as 64 lower-case hexadecimal characters. The file
+    /// is read in small pieces, whatever its size.
+    /// @{
+
+    /// Returns the file's checksum, empty on failure.
+    ///
+    /// Fails with 10001 "Internal error: path cannot be opened" (missing, no permission, a
+    /// directory), "Internal error: path cannot be read" or "Internal error: could not calculate
+    /// checksum".
+    [[nodiscard]] static std::pair<Error, QString> generateChecksum(const QString &filePath);
+    /// Tells whether the file exists and has exactly this checksum; upper-case text never matches.
+    ///
+    /// The reason for a false goes to the debug log as "validateChecksum" and one of
+    /// ": invalid path parameter", ": invalid checksum parameter", ": path does not exist",
+    /// ": checksum mismatch", or ": " and the error of generateChecksum.
+    static bool validateChecksum(const QString &filePath, const QString &checksum);
+    /// @}
+
+    /// Moves a file from one location to another and flushes the file systems (sync).
+    ///
+    /// Of `fileName` and `newFileName` only the last path component counts; an empty `newFileName`
+    /// keeps the name. With `checkChecksum` the file must have the given checksum. The destination
+    /// needs room for the file and 64 MiB more. The move is a rename, never a copy, so it cannot
+    /// leave the file system. Where the destination already holds a file of that name, the source
+    /// is a duplicate and is removed; the destination is never replaced, not even a corrupt one
+    /// whose source is intact. A file moved onto itself is checked and kept.
+    ///
+    /// Each failure leaves the source where it was and the destination untouched:
+    /// - 10001 "FileHandler: source directory does not exist"
+    /// - 10001 "FileHandler: destination directory does not exist"
+    /// - 10002 "FileHandler: source file does not exist"
+    /// - 10003 "FileHandler: cannot read source file": the owner may not read it
+    /// - 10005 "FileHandler: source file checksum mismatch": of the source, or, for a duplicate,
+    ///   of both files
+    /// - 10006 "FileHandler: not enough space in destination"
+    /// - 10004 "FileHandler: moving source file to destination failed": also where the source is a
+    ///   directory, or the destination is something that is no regular file
+    /// - 10004 "FileHandler: removing source file already present in destination failed"
+    ///
+    /// Blocks while checksums are read and until everything is flushed. Two moves of one file at
+    /// the same time are not guarded against. Failed checks write the lines of validateChecksum.
+    static Error fileMove(DirLocation from, DirLocation to, const QString &fileName,
+                          const QString &checksum, bool checkChecksum, const QString &newFileName);
+};
+
+} // namespace aux
+
+#endif

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "fs/fileidentity.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <optional>
+
+#include <sys/stat.h>
+
+namespace aux
+{
+
+namespace
+{
+
+using Status = struct stat;
+
+std::optional<Status> statusOf(const QString &path)
+{
+    Status status{};
+    if (stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return status;
+}
+
+std::optional<Status> statusOfEntry(const QString &path)
+{
+    Status status{};
+    if (lstat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return status;
+}
+
+bool areSame(const std::optional<Status> &a, const std::optional<Status> &b)
+{
+    return a && b && a->st_dev == b->st_dev && a->st_ino == b->st_ino;
+}
+
+bool isSameEntry(const QFileInfo &a, const QFileInfo &b)
+{
+    return a.fileName() == b.fileName() && isSameFile(a.path(), b.path());
+}
+
+} // namespace
+
+bool isSameFile(const QString &path, const QString &otherPath)
+{
+    return areSame(statusOf(path), statusOf(otherPath));
+}
+
+bool isOccupied(const QString &path)
+{
+    return statusOfEntry(path).has_value();
+}
+
+bool isOnlyName(const QString &path, const QString &otherPath)
+{
+    if (isSameEntry(QFileInfo(path), QFileInfo(otherPath)))
+        return true;
+    const std::optional<Status> entry = statusOfEntry(path);
+    return entry && entry->st_nlink == 1 && areSame(entry, statusOf(otherPath));
+}
+
+} // namespace aux

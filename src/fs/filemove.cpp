@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "error/failure.h"
+#include "fs/datadirectories.h"
+#include "fs/fileidentity.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace aux
+{
+
+namespace
+{
+
+/// Keeps the data partition from being filled to the last byte.
+constexpr qint64 headRoom = 64LL * 1024 * 1024;
+
+struct Move {
+    DirLocation to;
+    QString source;
+    QString destination;
+    QString checksum;
+    bool checkChecksum;
+
+    bool hasChecksum(const QString &path) const
+    {
+        return !checkChecksum || FsHelper::validateChecksum(path, checksum);
+    }
+};
+
+Error checksumMismatch()
+{
+    return failure(ErrorId::ChecksumMismatch,
+                   QStringLiteral("FileHandler: source file checksum mismatch"));
+}
+
+/// Gives a file another name within its file system. Unlike QFile::rename it never copies (a copy
+/// that replaces the only original may not be on the storage yet when the power fails), never
+/// writes through a dangling link and never takes a name up to its first NUL.
+bool renameFile(const QString &from, const QString &to)
+{
+    if (QFileInfo(from).isDir() || to.contains(QChar::Null))
+        return false;
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray destination = QFile::encodeName(to);
+    if (renameat2(AT_FDCWD, source.constData(), AT_FDCWD, destination.constData(),
+                  RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL) // this file system can rename, but not check for the new name with it
+        return false;
+    return !isOccupied(to) && std::rename(source.constData(), destination.constData()) == 0;
+}
+
+Error moveNew(const Move &move)
+{
+    if (!move.hasChecksum(move.source))
+        return checksumMismatch();
+    if (!FsHelper::checkFreeSpace(move.to, QFileInfo(move.source).size() + headRoom))
+        return failure(ErrorId::NoSpace,
+                       QStringLiteral("FileHandler: not enough space in destination"));
+    if (!renameFile(move.source, move.destination))
+        return failure(ErrorId::MoveFailed,
+                       QStringLiteral("FileHandler: moving source file to destination failed"));
+    return {};
+}
+
+Error discardDuplicate(const Move &move)
+{
+    // Deliberately kept when it is corrupt and the source is not: a destination is never replaced.
+    if (!move.hasChecksum(move.destination) && !move.hasChecksum(move.source))
+        return checksumMismatch();
+    if (isOnlyName(move.source, move.destination))
+        return {};
+    if (!QFile::remove(move.source))
+        return failure(
+            ErrorId::MoveFailed,
+            QStringLiteral(
+                "FileHandler: removing source file already present in destination failed"));
+    return {};
+}
+
+} // namespace
+
+Error FsHelper::fileMove(DirLocation from, DirLocation to, const QString &fileName,
+                         const QString &checksum, bool checkChecksum, const QString &newFileName)
+{
+    if (!directoryExists(from))
+        return failure(ErrorId::General,
+                       QStringLiteral("FileHandler: source directory does not exist"));
+    if (!directoryExists(to))
+        return failure(ErrorId::General,
+                       QStringLiteral("FileHandler: destination directory does not exist"));
+
+    const QString source = createPathName(from, QFileInfo(fileName).fileName());
+    if (!QFile::exists(source))
+        return failure(ErrorId::SourceMissing,
+                       QStringLiteral("FileHandler: source file does not exist"));
+    if (!(QFile::permissions(source) & QFileDevice::ReadOwner))
+        return failure(ErrorId::NotReadable,
+                       QStringLiteral("FileHandler: cannot read source file"));
+
+    const QString &newName = newFileName.isEmpty() ? fileName : newFileName;
+    const QString destination = createPathName(to, QFileInfo(newName).fileName());
+    const Move move{to, source, destination, checksum, checkChecksum};
+    Error error = QFileInfo(destination).isFile() ? discardDuplicate(move) : moveNew(move);
+    if (!error.hasError())
+        ::sync();
+    return error;
+}
+
+} // namespace aux
