@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_DATAHELPER_H
+#define AUX_DATAHELPER_H
+
+#include <aux/error.h>
+#include <aux/export.h>
+
+#include <QString>
+#include <QStringList>
+
+namespace aux
+{
+
+/// Packs files into verified containers and unpacks them, and reads USB id lists.
+///
+///     using aux::DataHelper;
+///     aux::Error error = DataHelper::packFileToBinContainer(file, DataHelper::ZEL_FILE_TYPE::DDDF,
+///                                                           container);
+///     ...
+///     auto type = DataHelper::ZEL_FILE_TYPE::Unknown;
+///     QString path; // empty: use the name stored in the container
+///     error = DataHelper::unpackFileFromBinContainer(container, type, directory, path);
+///
+/// A container is one file: a magic that names the payload's type, the payload's SHA-256 digest,
+/// its file name, its length and the payload itself.
+///
+/// *Guarantees*: no state; any thread may call; blocks while the files are read and written.
+/// After success the written file is complete, though not flushed to the storage (FsHelper's
+/// fileMove does that). A container that could not be completed is removed. Unpacking never reads
+/// outside the container and, with the stored name, never writes outside the output directory,
+/// whatever the container holds. Neither file may be changed by others meanwhile.
+class AUX_EXPORT DataHelper
+{
+public:
+    /// What a container holds.
+    enum class ZEL_FILE_TYPE : int {
+        DDDF,    ///< tachograph download
+        LOGF,    ///< log
+        CFGF,    ///< configuration
+        GPGF,    ///< OpenPGP key
+        UPDF,    ///< update
+        Unknown, ///< what unpacking gives for an unknown magic; cannot be packed
+    };
+
+    DataHelper() = default;
+
+    /// Packs the file `inFile` into a new container `outFile`, which is created or truncated.
+    ///
+    /// The container stores the last component of `inFile` as the name. The payload may have up
+    /// to 2^32 - 1 bytes and is copied in small pieces. Fails with 10001 and
+    /// - "packFileToBinContainer: Failed to open file for reading"
+    /// - "packFileToBinContainer: Failed to open file for writing": also for a larger payload and
+    ///   where both paths lead to one file; an existing `outFile` is then left as it is
+    /// - "packFileToBinContainer: Invalid Filetype given"
+    /// - "packFileToBinContainer: Failed to write to output file": also when `inFile` changes its
+    ///   size meanwhile
+    /// - the error of FsHelper::generateChecksum, which also goes to the debug log.
+    ///
+    /// Every failure after `outFile` was opened removes it.
+    static Error packFileToBinContainer(const QString &inFile, ZEL_FILE_TYPE type,
+                                        const QString &outFile);
+
+    /// Writes the payload of the container `inFile` to a file in `outDir` and checks its digest.
+    ///
+    /// `outFile` is the name to use, given as it is to the file system; empty for the name stored
+    /// in the container. On success it is replaced by the path that was written, `outDir` + "/" +
+    /// name. `type` is set as soon as the magic has been read, also when a later step fails. Bytes
+    /// after the payload are ignored. Fails with 10001 and
+    /// - "unpackFileFromBinContainer: Failed to open file for reading"
+    /// - "unpackFileFromBinContainer: Input file too small": shorter than it says, or than 50 bytes
+    /// - "unpackFileFromBinContainer: Invalid magic"
+    /// - "unpackFileFromBinContainer: Failed to open file for writing": also where the stored name
+    ///   is no plain file name, or the output would be the container itself
+    /// - "unpackFileFromBinContainer: Failed to write to output file"; the output is removed
+    /// - "unpackFileFromBinContainer: SHA256sum check failed"; the output deliberately stays
+    /// - the error of FsHelper::generateChecksum, which also goes to the debug log; the output
+    ///   stays.
+    static Error unpackFileFromBinContainer(const QString &inFile, ZEL_FILE_TYPE &type,
+                                            const QString &outDir, QString &outFile);
+};
+
+} // namespace aux
+
+#endif

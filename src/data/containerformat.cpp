@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "data/containerformat.h"
+
+#include <QtEndian>
+
+#include <array>
+#include <climits>
+#include <cstring>
+
+namespace aux::container
+{
+
+namespace
+{
+
+// In the order of the types.
+constexpr std::array<const char *, 5> magics{"ZEL4DDDF", "ZEL4LOGF", "ZEL4CFGF", "ZEL4GPGF",
+                                             "ZEL4UPDF"};
+
+const char *magicOf(Type type)
+{
+    const auto index = static_cast<std::size_t>(type);
+    return index < magics.size() ? magics[index] : nullptr;
+}
+
+QByteArray encodeLength(quint32 length)
+{
+    QByteArray bytes(lengthSize, Qt::Uninitialized);
+    qToLittleEndian(length, bytes.data());
+    return bytes;
+}
+
+qint64 decodeLength(const char *data)
+{
+    return qFromLittleEndian<quint32>(data);
+}
+
+} // namespace
+
+QString Header::fileName() const
+{
+    // No file system takes a longer name, and Qt's string functions take the length as an int.
+    if (nameLength > NAME_MAX)
+        return {};
+    const QString text = QString::fromUtf8(name, static_cast<int>(nameLength));
+    const bool isPlain = !text.isEmpty() && text != QLatin1String(".") &&
+                         text != QLatin1String("..") && !text.contains(QLatin1Char('/')) &&
+                         !text.contains(QChar::Null);
+    return isPlain ? text : QString();
+}
+
+std::optional<QByteArray> encodeHeader(Type type, const QByteArray &digest, const QByteArray &name,
+                                       quint32 payloadLength)
+{
+    const char *magic = magicOf(type);
+    if (magic == nullptr)
+        return std::nullopt;
+    return magic + digest + encodeLength(static_cast<quint32>(name.size())) + name +
+           encodeLength(payloadLength);
+}
+
+Type parseType(const char *data)
+{
+    for (std::size_t index = 0; index < magics.size(); ++index) {
+        if (std::memcmp(data, magics[index], magicSize) == 0)
+            return static_cast<Type>(index);
+    }
+    return Type::Unknown;
+}
+
+std::optional<Header> parseHeader(const char *data, qint64 size)
+{
+    Header header;
+    header.type = parseType(data);
+    header.digest = QByteArray(data + digestOffset, digestSize);
+    header.nameLength = decodeLength(data + nameLengthOffset);
+    // In 64 bits, where a length near 2^32 does not wrap to a small sum. One byte beyond the
+    // payload's length is asked for on purpose.
+    if (size < header.payloadOffset() + 1)
+        return std::nullopt;
+    header.name = data + nameOffset;
+    header.payloadLength = decodeLength(header.name + header.nameLength);
+    return header;
+}
+
+} // namespace aux::container

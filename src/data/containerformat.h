@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_DATA_CONTAINERFORMAT_H
+#define AUX_DATA_CONTAINERFORMAT_H
+
+#include "aux/datahelper.h"
+
+#include <QByteArray>
+
+#include <optional>
+
+// A container, all integers unsigned 32-bit little-endian, without padding:
+//
+//     magic "ZEL4" | type tag | digest | name length N | name | payload length L | payload
+//
+// The name is UTF-8 without terminator, the digest the raw SHA-256 of the payload.
+
+namespace aux::container
+{
+
+using Type = DataHelper::ZEL_FILE_TYPE;
+
+constexpr int magicSize = 4 + 4; // brand, type tag
+constexpr int digestSize = 32;
+constexpr int lengthSize = 4;
+
+constexpr int digestOffset = magicSize;
+constexpr int nameLengthOffset = digestOffset + digestSize;
+constexpr int nameOffset = nameLengthOffset + lengthSize;
+
+/// What stands around the name and the payload.
+constexpr qint64 fixedSize = nameOffset + lengthSize;
+/// The smallest file that is looked into.
+constexpr qint64 minimumSize = fixedSize + 2;
+/// The payload's length has 32 bits.
+constexpr qint64 maximumPayload = 0xFFFFFFFF;
+
+static_assert(nameLengthOffset == 40);
+static_assert(fixedSize == 48);
+
+struct Header {
+    Type type = Type::Unknown;
+    QByteArray digest;
+    const char *name = nullptr; // in the memory that was parsed
+    qint64 nameLength = 0;
+    qint64 payloadLength = 0;
+
+    qint64 payloadOffset() const { return fixedSize + nameLength; }
+    qint64 containerSize() const { return payloadOffset() + payloadLength; }
+
+    /// The stored name; null unless it is one plain component of a path.
+    QString fileName() const;
+};
+
+/// Returns everything in front of the payload; nothing for a type that has no tag.
+std::optional<QByteArray> encodeHeader(Type type, const QByteArray &digest, const QByteArray &name,
+                                       quint32 payloadLength);
+
+/// Reads the magic at the start of a file of at least minimumSize bytes; Unknown if it is none.
+Type parseType(const char *data);
+
+/// Reads everything in front of the payload of a file of at least minimumSize bytes, whatever its
+/// magic; nothing where the file is too small to hold the name and one byte more. Whether the
+/// payload is all there is for the caller to check.
+std::optional<Header> parseHeader(const char *data, qint64 size);
+
+} // namespace aux::container
+
+#endif
