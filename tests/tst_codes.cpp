@@ -39,7 +39,7 @@ private Q_SLOTS:
     void crcEqualsItsDefinitionAndContinues_data()
     {
         QTest::addColumn<int>("length");
-        for (const int length : {1, 7, 8, 9, 1023, 1024, 1025, 1031, 1032, 4096, 65537})
+        for (const int length : {1, 7, 8, 9, 1023, 1024, 1025, 65537, 600001})
             QTest::addRow("%d bytes", length) << length;
     }
     void crcEqualsItsDefinitionAndContinues()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "aux/crc32.h"
 
+#include <QtEndian>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -21,6 +23,10 @@ namespace
 
 using Remainder = std::uint32_t;
 
+/// Eight bytes read at once; with a remainder added to the low half it is a remainder on its way.
+using Word = std::uint64_t;
+
+constexpr std::size_t wordSize = sizeof(Word);
 constexpr Remainder polynomial = 0xEDB88320U;
 constexpr Remainder one = 0x80000000U;
 
@@ -43,16 +49,27 @@ constexpr std::array<Remainder, 256> makeTable()
 
 constexpr std::array<Remainder, 256> table = makeTable();
 
-constexpr Remainder append(Remainder remainder, unsigned char byte)
+/// Appends the lowest byte of the word, which the remainder has been added to.
+constexpr Word step(Word word)
 {
-    return table[(remainder ^ byte) & 0xFFU] ^ (remainder >> 8U);
+    return table[word & 0xFFU] ^ (word >> 8U);
 }
 
-Remainder appendAll(Remainder remainder, const unsigned char *data, std::size_t length)
+Word wordAt(const unsigned char *data)
 {
-    for (const unsigned char *end = data + length; data != end; ++data)
-        remainder = append(remainder, *data);
-    return remainder;
+    return qFromLittleEndian<Word>(data);
+}
+
+Remainder appendAll(Word remainder, const unsigned char *data, std::size_t length)
+{
+    for (; length >= wordSize; length -= wordSize, data += wordSize) {
+        remainder ^= wordAt(data);
+        for (std::size_t byte = 0; byte < wordSize; ++byte)
+            remainder = step(remainder);
+    }
+    for (; length > 0; --length, ++data)
+        remainder = step(remainder ^ *data);
+    return static_cast<Remainder>(remainder);
 }
 
 constexpr Remainder multiply(Remainder a, Remainder b)
@@ -78,34 +95,59 @@ constexpr Remainder shiftBy(std::size_t bytes)
 }
 
 constexpr std::size_t stretches = 8;
-/// Below this length joining the stretches costs more than they save.
-constexpr std::size_t worthwhile = 1024;
 
-/// Appends eight stretches of `n` bytes each, the first continuing `a`.
-Remainder appendStretches(Remainder a, const unsigned char *data, std::size_t n)
+/// Appends eight stretches of `n` bytes each.
+template <std::size_t n>
+Remainder appendStretches(Word a, const unsigned char *data)
 {
+    static_assert(n % wordSize == 0);
     // Eight names, not an array: they must live in registers.
-    Remainder b = 0;
-    Remainder c = 0;
-    Remainder d = 0;
-    Remainder e = 0;
-    Remainder f = 0;
-    Remainder g = 0;
-    Remainder h = 0;
-    for (const unsigned char *end = data + n; data != end; ++data) {
-        a = append(a, data[0]);
-        b = append(b, data[n]);
-        c = append(c, data[2 * n]);
-        d = append(d, data[3 * n]);
-        e = append(e, data[4 * n]);
-        f = append(f, data[5 * n]);
-        g = append(g, data[6 * n]);
-        h = append(h, data[7 * n]);
+    Word b = 0;
+    Word c = 0;
+    Word d = 0;
+    Word e = 0;
+    Word f = 0;
+    Word g = 0;
+    Word h = 0;
+    for (const unsigned char *end = data + n; data != end; data += wordSize) {
+        a ^= wordAt(data);
+        b ^= wordAt(data + n);
+        c ^= wordAt(data + 2 * n);
+        d ^= wordAt(data + 3 * n);
+        e ^= wordAt(data + 4 * n);
+        f ^= wordAt(data + 5 * n);
+        g ^= wordAt(data + 6 * n);
+        h ^= wordAt(data + 7 * n);
+        for (std::size_t byte = 0; byte < wordSize; ++byte) {
+            a = step(a);
+            b = step(b);
+            c = step(c);
+            d = step(d);
+            e = step(e);
+            f = step(f);
+            g = step(g);
+            h = step(h);
+        }
     }
-    const Remainder shift = shiftBy(n);
-    for (const Remainder next : {b, c, d, e, f, g, h})
-        a = multiply(a, shift) ^ next;
-    return a;
+    constexpr Remainder shift = shiftBy(n);
+    auto joined = static_cast<Remainder>(a);
+    for (const Word next : {b, c, d, e, f, g, h})
+        joined = multiply(joined, shift) ^ static_cast<Remainder>(next);
+    return joined;
+}
+
+/// A run of bytes that is appended from its front.
+struct Rest {
+    const unsigned char *data;
+    std::size_t length;
+};
+
+template <std::size_t n>
+Remainder appendWhileLong(Remainder remainder, Rest &rest)
+{
+    for (; rest.length >= stretches * n; rest.length -= stretches * n, rest.data += stretches * n)
+        remainder = appendStretches<n>(remainder, rest.data);
+    return remainder;
 }
 
 } // namespace
@@ -113,16 +155,14 @@ Remainder appendStretches(Remainder a, const unsigned char *data, std::size_t n)
 // NOLINTNEXTLINE(readability-non-const-parameter): callers hand over writable buffers
 unsigned int crc32(unsigned int crc, unsigned char *data, unsigned int length)
 {
-    std::size_t rest = length;
-    const unsigned char *next = data;
+    Rest rest{data, length};
     Remainder remainder = ~crc;
-    if (rest >= worthwhile) {
-        const std::size_t n = rest / stretches;
-        remainder = appendStretches(remainder, next, n);
-        next += stretches * n;
-        rest -= stretches * n;
-    }
-    return ~appendAll(remainder, next, rest);
+    // Joining costs as much as some hundred bytes: the longer the stretches, the better.
+    remainder = appendWhileLong<65536>(remainder, rest);
+    remainder = appendWhileLong<8192>(remainder, rest);
+    remainder = appendWhileLong<1024>(remainder, rest);
+    remainder = appendWhileLong<128>(remainder, rest);
+    return ~appendAll(remainder, rest.data, rest.length);
 }
 
 } // namespace aux
