@@ -27,7 +27,7 @@ const QString container = inNew + QStringLiteral("/container");
 const QString copy = inNew + QStringLiteral("/copy");
 constexpr qint64 fileSize = 32LL << 20;
 constexpr qint64 hugeSize = 1LL << 30;
-constexpr long memoryLimitKiB = 20 * 1024;
+constexpr long memoryLimitKiB = 20L * 1024;
 
 void check(bool good, const char *what)
 {
@@ -139,14 +139,16 @@ int main(int argc, char **argv)
     check(QDir().mkpath(inNew) && QDir().mkpath(inArchive), "making directories");
     const long memory = memoryOfPacking();
     fill(file, fileSize);
-    for (const auto &[name, function] : {std::pair("bareHash", bareHash),
-                                         {"checksum", checksum},
-                                         {"plainCopy", plainCopy},
-                                         {"pack", pack},
-                                         {"unpack", unpack},
-                                         {"renameAndSync", renameAndSync},
-                                         {"move", move}})
+    const auto add = [](const char *name, void (*function)(benchmark::State &)) {
         benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMicrosecond)->UseRealTime();
+    };
+    add("bareHash", bareHash);
+    add("checksum", checksum);
+    add("plainCopy", plainCopy);
+    add("pack", pack);
+    add("unpack", unpack);
+    add("renameAndSync", renameAndSync);
+    add("move", move);
     const int status = bench::run(
         argc, argv,
         {{"generateChecksum to bare hash", "checksum", {"bareHash"}, 1.05, false},
