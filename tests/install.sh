@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Installs to a staging prefix, builds a consumer through the CMake package and through pkg-config,
-# runs both, and checks what the library exports: install.sh CMAKE BUILD_DIR CXX [CXX_FLAG...]
+# runs both, and checks what the library exports: install.sh CMAKE BUILD_DIR CXX CXX_FLAGS
 set -euo pipefail
 cmake=$1 build=$2 cxx=$3
-shift 3
+read -ra flags <<<"$4"
 here=$(cd "$(dirname "$0")" && pwd)
 stage=$(mktemp -d)
 trap 'rm -rf "$stage"' EXIT
@@ -14,7 +14,7 @@ library=$(find "$stage/prefix" -name libaux.so.1)
 "$cmake" --install "$build" --prefix "$stage/prefix" --component Devel >/dev/null
 lib=$(dirname "$library")
 
-"$cmake" -S "$here/consumer" -B "$stage/build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$*" \
+"$cmake" -S "$here/consumer" -B "$stage/build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$4" \
     -DCMAKE_PREFIX_PATH="$stage/prefix" >/dev/null
 "$cmake" --build "$stage/build" >/dev/null
 "$stage/build/consumer"
@@ -22,13 +22,13 @@ lib=$(dirname "$library")
 PKG_CONFIG_PATH=$lib/pkgconfig
 export PKG_CONFIG_PATH
 # shellcheck disable=SC2046
-"$cxx" "$@" -std=c++17 "$here/consumer/main.cpp" -o "$stage/consumer" $(pkg-config --cflags --libs libaux)
+"$cxx" "${flags[@]}" -std=c++17 "$here/consumer/main.cpp" -o "$stage/consumer" $(pkg-config --cflags --libs libaux)
 LD_LIBRARY_PATH=$lib "$stage/consumer"
 
 # Every public header compiles alone.
 for header in "$stage"/prefix/include/aux/*.h; do
     # shellcheck disable=SC2046
-    "$cxx" "$@" -std=c++17 -fsyntax-only -x c++ "$header" $(pkg-config --cflags libaux)
+    "$cxx" "${flags[@]}" -std=c++17 -fsyntax-only -x c++ "$header" $(pkg-config --cflags libaux)
 done
 
 # Nothing but public names leaves the library.
