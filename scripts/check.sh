@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Checks the form of all sources: clang-format, shellcheck, clang-tidy.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+mapfile -t sources < <(git ls-files '*.cpp' '*.h')
+clang-format --dry-run -Werror "${sources[@]}"
+mapfile -t scripts < <(git grep -l '^#!/usr/bin/env bash')
+shellcheck "${scripts[@]}"
+cmake --preset ci
+cmake --build --preset ci # generated sources
+run-clang-tidy -quiet -p build/ci "$PWD/(src|tests|tools|bench)/.*\.cpp\$"
