@@ -7,12 +7,13 @@
 namespace aux
 {
 
-/// Writes one diagnostic line: the operation's bare name, then the items, separated by blanks.
+/// Writes one diagnostic line: the operation's bare name (or a whole text, alone), then the items,
+/// separated by blanks.
 template <typename... Items>
 void debugLine(const char *operation, const Items &...items)
 {
     QDebug line = qDebug() << operation;
-    (line << ... << items);
+    static_cast<void>((line << ... << items));
 }
 
 } // namespace aux

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_SYSTEMHELPER_H
+#define AUX_SYSTEMHELPER_H
+
+#include <aux/error.h>
+#include <aux/export.h>
+
+#include <QDateTime>
+#include <QString>
+
+#include <utility>
+
+struct wpa_ctrl;
+
+namespace aux
+{
+
+/// Sets the terminal's clock, runs its Wi-Fi daemon and tells what its network links are worth.
+///
+///     aux::Error error = aux::SystemHelper::wpaSupplicantStart();
+///     if (error.hasError())
+///         return error;
+///     const auto [refused, daemon] = aux::SystemHelper::wpaSupplicantConnect();
+///     if (refused.hasError())
+///         return refused;
+///     // ...
+///     aux::SystemHelper::wpaSupplicantDisconnect(daemon);
+///
+/// *Guarantees*: no state and no locks; what the daemon is doing is looked up each time. Any
+/// thread may call, but a control handle belongs to one thread at a time. A null handle is safe
+/// everywhere. Operations block while the program they run runs; a request to a daemon that does
+/// not answer gives up after the 10 seconds of the control library.
+class AUX_EXPORT SystemHelper
+{
+public:
+    SystemHelper() = default;
+
+    /// @name Clock and file systems
+    /// No result; what fails shows only in the debug log.
+    /// @{
+
+    /// Sets the system's clock to the whole second at or below the given time, then the hardware
+    /// clock from it ("hwclock --systohc -u", in UTC). Blocks until that is done.
+    ///
+    /// Where the clock cannot be set, the hardware clock stays as well and the meaning of the
+    /// errno goes to the debug log (EFAULT, EINVAL and EPERM have one). An invalid time counts as
+    /// EINVAL: "Timezone (or something else) is invalid."
+    static void setSystemTime(const QDateTime &time);
+    /// Remounts a file system read-only, once, without a sync before it. Does nothing for an empty
+    /// mount point. Blocks while "/bin/mount" runs.
+    ///
+    /// The mount point goes to the shell as it is: give plain paths, and none from outside. The
+    /// command goes to the debug log after "remountReadOnly" and ": trying: ".
+    static void remountReadOnly(const QString &mountPoint);
+    /// @}
+
+    /// @name The Wi-Fi daemon
+    /// wpa_supplicant on the interface wlan0. It counts as running while its control socket,
+    /// "/var/run/wpa_supplicant/wlan0", exists. Nothing here waits or retries. Every failure has
+    /// the id 10001.
+    /// @{
+
+    /// Starts the daemon in the background with "/etc/wpa_supplicant.conf".
+    ///
+    /// Fails with "SystemHelper: cannot start wpa_supplicant, control socket already exists", also
+    /// for a stale one, or "SystemHelper: cannot start wpa_supplicant".
+    static Error wpaSupplicantStart();
+    /// Asks the daemon to end, and does not wait for it.
+    ///
+    /// Fails with "SystemHelper: cannot stop wpa_supplicant, control socket does not exist" or
+    /// "SystemHelper: cannot stop wpa_supplicant".
+    static Error wpaSupplicantStop();
+    /// Kills every wpa_supplicant of the system (SIGKILL) and removes the control socket.
+    ///
+    /// Fails with "SystemHelper: wpa_supplicant not killed", also where none runs; then a stale
+    /// control socket deliberately stays.
+    static Error wpaSupplicantForceKill();
+    /// Opens a control connection and registers it for the daemon's events. The handle is the
+    /// caller's, to be given back with wpaSupplicantDisconnect; null on failure.
+    ///
+    /// Fails with "SystemHelper: cannot open wpa_supplicant control interface" or
+    /// "SystemHelper: cannot attach to wpa_supplicant control interface". Waits for the answer,
+    /// 10 seconds at most.
+    [[nodiscard]] static std::pair<Error, wpa_ctrl *> wpaSupplicantConnect();
+    /// Closes a control connection; the handle is invalid afterwards. Never fails; for null the
+    /// debug log says "wpaSupplicantDisconnect" and ": wpa control handle is NULL".
+    static Error wpaSupplicantDisconnect(wpa_ctrl *ctrl);
+    /// @}
+
+    /// @name Links
+    /// What the kernel says below "/sys/class/net/".
+    /// @{
+
+    /// Tells whether an interface has a carrier and is in the operational state up.
+    ///
+    /// The debug log says "ifaceIsConnected", the interface and ": carrier and up", ": no carrier"
+    /// (also while the interface is set down) or ": not up"; or ": sysfs entry missing: " and the
+    /// interface's directory, or ": error opening sysfs entry for" and the interface.
+    static bool ifaceIsConnected(const QString &iface);
+    /// ifaceIsConnected for the wired interface, eth0.
+    static bool lanNetworkStatus();
+    /// @}
+};
+
+} // namespace aux
+
+#endif

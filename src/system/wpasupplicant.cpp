@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "aux/systemhelper.h"
+#include "error/debugline.h"
+#include "error/failure.h"
+#include "system/shell.h"
+
+#include <QFile>
+
+#include <cstddef> // wpa_ctrl.h uses size_t and includes nothing
+
+#include <wpa_ctrl.h>
+
+namespace aux
+{
+
+namespace
+{
+
+const QString controlSocket = QStringLiteral("/var/run/wpa_supplicant/wlan0");
+
+Error refuse(const char *reason)
+{
+    return failure(ErrorId::General, QStringLiteral("SystemHelper: %1").arg(QLatin1String(reason)));
+}
+
+} // namespace
+
+Error SystemHelper::wpaSupplicantStart()
+{
+    if (QFile::exists(controlSocket))
+        return refuse("cannot start wpa_supplicant, control socket already exists");
+    if (!runInShell(QStringLiteral(
+            "/usr/sbin/wpa_supplicant -B -Dnl80211 -iwlan0 -c/etc/wpa_supplicant.conf")))
+        return refuse("cannot start wpa_supplicant");
+    return {};
+}
+
+Error SystemHelper::wpaSupplicantStop()
+{
+    if (!QFile::exists(controlSocket))
+        return refuse("cannot stop wpa_supplicant, control socket does not exist");
+    if (!runInShell(QStringLiteral("/usr/sbin/wpa_cli -iwlan0 terminate")))
+        return refuse("cannot stop wpa_supplicant");
+    return {};
+}
+
+Error SystemHelper::wpaSupplicantForceKill()
+{
+    // Deliberately a stale socket stays where nothing was killed.
+    if (!runInShell(QStringLiteral("killall -9 wpa_supplicant")))
+        return refuse("wpa_supplicant not killed");
+    if (QFile::exists(controlSocket))
+        QFile::remove(controlSocket);
+    return {};
+}
+
+std::pair<Error, wpa_ctrl *> SystemHelper::wpaSupplicantConnect()
+{
+    wpa_ctrl *ctrl = wpa_ctrl_open(controlSocket.toUtf8().constData());
+    if (ctrl == nullptr)
+        return {refuse("cannot open wpa_supplicant control interface"), nullptr};
+    if (wpa_ctrl_attach(ctrl) != 0) {
+        wpa_ctrl_close(ctrl);
+        return {refuse("cannot attach to wpa_supplicant control interface"), nullptr};
+    }
+    return {{}, ctrl};
+}
+
+Error SystemHelper::wpaSupplicantDisconnect(wpa_ctrl *ctrl)
+{
+    if (ctrl == nullptr) {
+        debugLine("wpaSupplicantDisconnect", ": wpa control handle is NULL");
+        return {};
+    }
+    wpa_ctrl_detach(ctrl);
+    wpa_ctrl_close(ctrl);
+    return {};
+}
+
+} // namespace aux
