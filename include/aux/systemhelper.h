@@ -7,6 +7,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QVector>
 
 #include <utility>
 
@@ -23,7 +24,8 @@ namespace aux
 ///     const auto [refused, daemon] = aux::SystemHelper::wpaSupplicantConnect();
 ///     if (refused.hasError())
 ///         return refused;
-///     // ...
+///     for (const auto &network : aux::SystemHelper::wpaNetworkScan(daemon))
+///         offer(network.essid, network.quality);
 ///     aux::SystemHelper::wpaSupplicantDisconnect(daemon);
 ///
 /// *Guarantees*: no state and no locks; what the daemon is doing is looked up each time. Any
@@ -33,6 +35,17 @@ namespace aux
 class AUX_EXPORT SystemHelper
 {
 public:
+    /// A Wi-Fi network in reach.
+    struct WifiInfo {
+        /// The name as the daemon writes it: bytes that are no printable ASCII are escaped, white
+        /// space around the name is kept.
+        QString essid;
+        /// From 0, barely there, to 3, best.
+        int quality = 0;
+        /// 0: nothing is known; 1: no WPA2 pass phrase; 2: WPA2 with a pass phrase.
+        int security = 0;
+    };
+
     SystemHelper() = default;
 
     /// @name Clock and file systems
@@ -85,6 +98,32 @@ public:
     /// Closes a control connection; the handle is invalid afterwards. Never fails; for null the
     /// debug log says "wpaSupplicantDisconnect" and ": wpa control handle is NULL".
     static Error wpaSupplicantDisconnect(wpa_ctrl *ctrl);
+    /// @}
+
+    /// @name Wi-Fi
+    /// Over a connection of wpaSupplicantConnect; no failures, the debug log tells. Of a longer
+    /// answer only the first 4095 bytes count.
+    /// @{
+
+    /// Asks for a scan and lists the networks that the daemon knows right now, the best quality
+    /// first, each name once with its best quality. Does not wait for the scan: its results are in
+    /// a later call.
+    ///
+    /// Quality from the signal level in dBm: 3 from -50, 2 from -65, 1 from -80, 0 from -120;
+    /// every level read is logged as "wpaInfoLevelToQuality" and ": level: ". An empty list is
+    /// explained as "wpaNetworkScan" and one of ": wpa control handle is NULL",
+    /// ": scan request failed", ": collecting scan results failed", ": empty scan result"; a
+    /// network left out as "wpaInfoFromScanResultString", the daemon's line, and before it one of
+    /// ": line parse error, skipping: ", ": empty ESSID, skipping: ",
+    /// ": ESSID contains all-whitespace, skipping: ",
+    /// ": ESSID has implausible signal level, skipping: " (below -120, 0 or above, no number).
+    static QVector<WifiInfo> wpaNetworkScan(wpa_ctrl *ctrl);
+    /// Returns the quality of the current link, as wpaNetworkScan grades it, and whether wlan0 is
+    /// connected. An implausible level gives 4; without connection or level the quality is 0.
+    ///
+    /// Writes the lines of ifaceIsConnected and the level's; and as "wpaNetworkStatus"
+    /// ": wpa control handle is NULL" or (deliberately in these words) ": scan request failed".
+    static std::pair<int, bool> wpaNetworkStatus(wpa_ctrl *ctrl);
     /// @}
 
     /// @name Links
