@@ -26,7 +26,7 @@ namespace aux
 ///         return refused;
 ///     for (const auto &network : aux::SystemHelper::wpaNetworkScan(daemon))
 ///         offer(network.essid, network.quality);
-///     aux::SystemHelper::wpaSupplicantDisconnect(daemon);
+///     return aux::SystemHelper::wpaSupplicantDisconnect(daemon);
 ///
 /// *Guarantees*: no state and no locks; what the daemon is doing is looked up each time. Any
 /// thread may call, but a control handle belongs to one thread at a time. A null handle is safe
