@@ -136,6 +136,22 @@ private Q_SLOTS:
         QTEST(FsHelper::dirLocationFromFullPath(path), "location");
     }
 
+    /// In a process of its own: the table is built when the library is loaded.
+    void missingTemporaryDirectoryIsNoLocation()
+    {
+        if (qgetenv("TMPDIR") == "/missing") {
+            QVERIFY(FsHelper::dirLocationToFullPath(DirLocation::Tmp).isEmpty());
+            QCOMPARE(FsHelper::dirLocationFromFullPath("/file"), DirLocation::Invalid);
+            QCOMPARE(text(FsHelper::createDirList(DirLocation::Tmp).first), noSuchDirectory);
+            return;
+        }
+        qputenv("TMPDIR", "/missing");
+        const auto restore = qScopeGuard([] { qunsetenv("TMPDIR"); });
+        QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(),
+                                   {"missingTemporaryDirectoryIsNoLocation"}),
+                 0);
+    }
+
     void namesBesideAFile()
     {
         const QString file = inNew + "x.bin";
@@ -423,5 +439,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestFs)
+QTEST_GUILESS_MAIN(TestFs)
 #include "tst_fs.moc"
