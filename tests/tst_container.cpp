@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <aux/datahelper.h>
 
-#include "support/files.h"
+#include "support/datadirectories.h"
 #include "support/observe.h"
 
-#include <QCryptographicHash>
 #include <QtTest>
 
-#include <sys/mount.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using aux::DataHelper;
@@ -291,8 +287,7 @@ private Q_SLOTS:
         QFETCH(int, size);
         write(source, QByteArray(size, 'x'));
         QCOMPARE(pack(), QString());
-        QCOMPARE(::mount("small", qPrintable(out), "tmpfs", 0, "size=8k"), 0);
-        const auto unmount = qScopeGuard([] { ::umount(qPrintable(out)); });
+        const SmallFileSystem full(out, "size=8k");
         QCOMPARE(pack(source, Type::DDDF, out + "/p"), packError("Failed to write to output file"));
         QVERIFY(filesIn(out).isEmpty());
         QCOMPARE(unpack().error, unpackError("Failed to write to output file"));
