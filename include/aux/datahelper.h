@@ -77,6 +77,16 @@ public:
     ///   stays.
     static Error unpackFileFromBinContainer(const QString &inFile, ZEL_FILE_TYPE &type,
                                             const QString &outDir, QString &outFile);
+
+    /// Reads a list of USB vendor and product ids, as in "0x1234:0xabcd;5678:ef01", and replaces
+    /// `list` by one "vendor:product" per entry, in order, without the prefixes: "1234:abcd",
+    /// "5678:ef01". An empty text is an empty list.
+    ///
+    /// Beyond its one ":" an entry is deliberately not checked: no digits, no blanks, no case; "0X"
+    /// is no prefix. Fails with 10002 "USB VID:PID list syntax error", and then leaves `list` as
+    /// it was, where an entry is no pair; a ";" at the end makes an empty entry. Neither blocks
+    /// nor writes debug lines.
+    static Error vIdpIdListFromString(const QString &text, QStringList &list);
 };
 
 } // namespace aux
