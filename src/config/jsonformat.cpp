@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include "config/jsonformat.h"
+#include "config/replacement.h"
+
+#include <QJsonDocument>
+
+#include <unistd.h>
+
+namespace aux::json
+{
+
+namespace
+{
+
+constexpr QLatin1Char separator('/');
+
+QVariant fromJson(const QJsonValue &value)
+{
+    if (value.isString())
+        return value.toString();
+    if (value.isBool())
+        return value.toBool();
+    return value.toInt();
+}
+
+QJsonValue toJson(const QVariant &value)
+{
+    switch (value.type()) {
+    case QVariant::String:
+        return value.toString();
+    case QVariant::Bool:
+        return value.toBool();
+    default:
+        return value.toInt();
+    }
+}
+
+void flattenInto(QSettings::SettingsMap &settings, const QJsonObject &object, const QString &prefix)
+{
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        const QString key = prefix.isEmpty() ? member.key() : prefix + separator + member.key();
+        if (member.value().isObject())
+            flattenInto(settings, member.value().toObject(), key);
+        else
+            settings.insert(key, fromJson(member.value()));
+    }
+}
+
+bool isReadable(const QString &key)
+{
+    return key.count(separator) < maximumDepth;
+}
+
+using Iterator = QSettings::SettingsMap::const_iterator;
+
+/// Nests the run of keys that begin with the prefix; leaves `next` behind the last of them.
+QJsonObject nestRun(Iterator &next, Iterator end, const QString &prefix)
+{
+    QJsonObject object;
+    while (next != end && next.key().startsWith(prefix)) {
+        const QString &key = next.key();
+        const int cut = key.indexOf(separator, prefix.size());
+        if (!isReadable(key)) {
+            ++next;
+        } else if (cut < 0) {
+            object.insert(key.mid(prefix.size()), toJson(next.value()));
+            ++next;
+        } else {
+            const QString name = key.mid(prefix.size(), cut - prefix.size());
+            object.insert(name, nestRun(next, end, key.left(cut + 1)));
+        }
+    }
+    return object;
+}
+
+} // namespace
+
+QSettings::SettingsMap flatten(const QJsonObject &object)
+{
+    QSettings::SettingsMap settings;
+    flattenInto(settings, object, {});
+    return settings;
+}
+
+QJsonObject nest(const QSettings::SettingsMap &settings)
+{
+    Iterator next = settings.begin();
+    return nestRun(next, settings.end(), {});
+}
+
+bool readSettings(QIODevice &device, QSettings::SettingsMap &settings)
+{
+    settings = flatten(QJsonDocument::fromJson(device.readAll()).object());
+    return true;
+}
+
+bool writeSettings(QIODevice &device, const QSettings::SettingsMap &settings)
+{
+    writeReplacement(device, QJsonDocument(nest(settings)).toJson());
+    ::sync();
+    return true;
+}
+
+} // namespace aux::json

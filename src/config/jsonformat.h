@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_CONFIG_JSONFORMAT_H
+#define AUX_CONFIG_JSONFORMAT_H
+
+#include <QJsonObject>
+#include <QSettings>
+
+// The settings as text: one JSON object, one level of nesting per segment of a key path, so that
+// "device/mode/usb" is the member "usb" of the member "mode" of the member "device".
+
+namespace aux::json
+{
+
+/// Deepest nesting, in objects, that Qt reads; a text with one level more reads as nothing at all.
+constexpr int maximumDepth = 1024;
+
+/// Turns an object into settings: text and bool keep their type, everything else becomes an int,
+/// 0 unless it is a whole number that fits. A member's name may itself hold "/".
+QSettings::SettingsMap flatten(const QJsonObject &object);
+
+/// Turns settings into an object: text and bool keep their type, everything else becomes a whole
+/// number. Where a key is also the beginning of longer ones, its value gives way to them. A key
+/// too deep to be read again is left out, for it would take all others with it.
+QJsonObject nest(const QSettings::SettingsMap &settings);
+
+/// The two functions that QSettings calls; neither ever reports a failure. What is no JSON object
+/// reads as no settings.
+bool readSettings(QIODevice &device, QSettings::SettingsMap &settings);
+bool writeSettings(QIODevice &device, const QSettings::SettingsMap &settings);
+
+} // namespace aux::json
+
+#endif
