@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_CONFIGURATION_H
+#define AUX_CONFIGURATION_H
+
+#include <aux/error.h>
+#include <aux/export.h>
+
+#include <QHash>
+#include <QMutex>
+#include <QObject>
+#include <QStringList>
+#include <QVariant>
+
+namespace aux
+{
+
+/// The settings of the terminal, named like their key paths; the type is the one that
+/// Configuration::setValue asks for. There is no setting 25; it is unknown like every value
+/// outside the list.
+enum class SettingsCode : int {
+    DeviceModeUsb = 0,                           ///< bool; one of the three modes must be on
+    DeviceModeSerial = 1,                        ///< bool
+    DeviceModeNetwork = 2,                       ///< bool
+    DevicePin = 3,                               ///< QString, a hash: empty or 64 characters
+    DeviceLang = 4,                              ///< QString
+    DeviceTimeManual = 5,                        ///< bool
+    DeviceTimeTimezone = 6,                      ///< QString
+    DeviceTimeNtpserver = 7,                     ///< QString
+    DeviceTimeNtpport = 8,                       ///< unsigned int
+    DeviceAudio = 9,                             ///< bool
+    DeviceScreensaverEnabled = 10,               ///< bool
+    DeviceScreensaverTimeout = 11,               ///< unsigned int
+    DeviceDownloadreminderDrivercard = 12,       ///< unsigned int
+    DeviceDownloadreminderDownloadkey = 13,      ///< unsigned int
+    DeviceInfotext = 14,                         ///< QString
+    DeviceRfid = 15,                             ///< bool
+    DeviceRecordertype = 16,                     ///< QString
+    NetworkMode = 17,                            ///< QString
+    NetworkManual = 18,                          ///< bool
+    NetworkIp = 19,                              ///< QString
+    NetworkBroadcast = 20,                       ///< QString
+    NetworkNetmask = 21,                         ///< QString
+    NetworkGateway = 22,                         ///< QString
+    NetworkNameserver = 23,                      ///< QString
+    NetworkDataport = 24,                        ///< unsigned int, not 9000
+    NetworkWifiSsid = 26,                        ///< QString
+    NetworkWifiPsk = 27,                         ///< QString
+    PublicserverUrl = 28,                        ///< QString
+    PublicserverUser = 29,                       ///< QString
+    PublicserverTerminaluploadInterval = 30,     ///< unsigned int
+    PublicserverTerminaluploadTarget = 31,       ///< QString
+    PublicserverTerminaluploadVerification = 32, ///< QString
+    PublicserverProxyHost = 33,                  ///< QString
+    PublicserverProxyPort = 34,                  ///< unsigned int
+    PublicserverProxyUser = 35,                  ///< QString
+    PublicserverProxyPassword = 36,              ///< QString
+    CryptoGpgkey = 37,                           ///< QString, empty or 64 characters and more
+    CryptoPassphrase = 38,                       ///< QString
+    CryptoVendors = 39,                          ///< QString, a list of USB vendor:product ids
+    DeviceBackgroundimage = 40,                  ///< QString
+    DatahandlingArchiveduration = 41,            ///< unsigned int
+    DatahandlingUsbkeyclear = 42,                ///< QString
+};
+
+inline uint qHash(SettingsCode code, uint seed = 0) noexcept
+{
+    return ::qHash(static_cast<int>(code), seed);
+}
+
+/// The groups of settings that are compared and rolled back together. A value outside the list
+/// is a group without members.
+enum class SettingsArea : int {
+    All = 0,         ///< every setting
+    Network = 1,     ///< the ten settings of the network
+    Time = 2,        ///< the clock by hand, NTP server and port; deliberately not the time zone
+    Screensaver = 3, ///< both settings of the screen saver
+    Mode = 4,        ///< the three operating modes
+};
+
+/// What changed in an area since the last snapshot.
+struct ChangeState {
+    bool flaggedChanged = false; ///< a setting that its users must be told about
+    bool anyChanged = false;     ///< any setting
+};
+
+/// Reads and writes the settings of the terminal, and commits or rolls back a group of them.
+///
+///     QCoreApplication::setOrganizationName("organisation"); // with the application's name, this
+///     QCoreApplication::setApplicationName("terminal");      // names the file
+///     aux::Configuration configuration;
+///     configuration.init();
+///     configuration.setValue(aux::SettingsCode::NetworkDataport, 8080U);
+///     if (configuration.changed(aux::SettingsArea::Network).anyChanged)
+///         userAgrees() ? configuration.commit()
+///                      : configuration.rollback(aux::SettingsArea::Network);
+///
+/// The settings live in one JSON file, "/data/config/<organisation>/<application>.JSON", which is
+/// read and written through QSettings: after init() a default-constructed QSettings of the
+/// process uses the same file. A setting that is missing there has its default value.
+///
+/// *Guarantees*: any thread may call; operations of one object follow one another, and any number
+/// of objects, threads and processes may share the file. When an operation that writes has
+/// returned, the new text is on the storage and survives a power cut. The file is replaced as a
+/// whole: whenever the process is killed, the power fails, or the storage is full or broken, it
+/// holds either the old or the new text. A write that failed is not reported; its value stays
+/// pending in the process, where it can be read, and later operations try again to write it.
+/// A new file can be read by its owner only; an existing one keeps its mode.
+///
+/// Writing blocks until all file systems are flushed, and while another process writes. Where a
+/// writer was killed, init() or the next write removes the lock it left behind, which takes up to
+/// two seconds. Reading waits for nothing but the storage.
+///
+/// Misuse is reported by a debug line only: `<operation> : not initialized`, and what the
+/// operations name.
+class AUX_EXPORT Configuration : public QObject
+{
+    Q_OBJECT
+
+public:
+    Configuration();
+    ~Configuration() override;
+
+    /// Makes the settings file known to QSettings, as the process's default format "JSON" in
+    /// "/data/config", removes a lock that nobody holds, and takes the first snapshot.
+    ///
+    /// To be called once, before all operations that don't say otherwise. A second call does
+    /// nothing but write the debug line `init : already initialized`.
+    void init();
+
+    /// Returns the setting's value, its default where the file has none.
+    ///
+    /// A number read from the file is an int, also that of an unsigned setting; one that does not
+    /// fit an int, or is no whole number, is 0. Invalid for an unknown code (Qt warns of the empty
+    /// key), and before init().
+    QVariant getValue(SettingsCode code) const;
+
+    /// Writes the setting to the file.
+    ///
+    /// The value must be of exactly the setting's type: for an unsigned setting an int is refused.
+    /// Else nothing is written but the debug line `setValue : type mismatch`.
+    void setValue(SettingsCode code, const QVariant &value);
+
+    /// Returns the path of the settings file; null before init().
+    QString getFileName() const;
+    /// Returns the text under "version" in the file, empty where there is none. Also before
+    /// init(), from the QSettings that the process then has.
+    QString getVersion() const;
+    /// Returns the number of commits counted in the file; 0 before init().
+    int getChangeCounter() const;
+    /// Writes what is pending after a failed write, and takes in what other processes have
+    /// written. Also before init().
+    void sync();
+    /// Tells whether a pass phrase is set; false before init().
+    bool isToolsConfigured() const;
+    /// Returns the USB devices that are taken for crypto devices, each as "vendor:product"
+    /// (DataHelper::vIdpIdListFromString). Also before init().
+    ///
+    /// Empty for a malformed list, with the debug line
+    /// `getCryptoVidPidList : invalid vendor:product id list`.
+    QStringList getCryptoVidPidList() const;
+
+    /// @name Changes
+    /// A snapshot holds the value of every setting. Before init() these do nothing but write the
+    /// debug line.
+    /// @{
+
+    /// Takes a new snapshot of the file.
+    void snapshot();
+    /// Writes the values of the snapshot back to the file, for every setting of the area.
+    void rollback(SettingsArea area);
+    /// Compares the area's settings in the file with the snapshot. Values are compared, not their
+    /// types. The debug line of this one is `_changed : not initialized`.
+    ChangeState changed(SettingsArea area) const;
+    /// Where any setting differs from the snapshot, counts one commit in the file and takes a new
+    /// snapshot; else does nothing.
+    void commit();
+    /// @}
+
+    /// Checks whether a file can be taken into use as the settings file. Some object must be
+    /// initialised.
+    ///
+    /// Reads the file only. No lock is taken: nobody may write it meanwhile. The first check that
+    /// fails decides, in this order:
+    /// - 10001 "Config file does not exist"
+    /// - 10002 "Invalid config file. Missing <key path>": every setting must be there; which one
+    ///   of several is named is not defined. Also where the file is not JSON.
+    /// - 10002 "Invalid pin hash length: <length>": neither 0 nor 64
+    /// - 10002 "Cannot use internal CGI port as dataport: 9000"
+    /// - 10002 "Invalid config file. GPG Key invalid size": 1 to 63 characters
+    /// - 10002 "USB VID:PID list syntax error": the error of DataHelper::vIdpIdListFromString
+    /// - 10002 "All operating modes disabled. At least one mode must be enabled."
+    static Error validateConfigFile(const QString &fileName);
+
+private:
+    // The caller holds the mutex.
+    bool _isInitialized(const char *operation) const;
+    void _taLogFromSettings();
+    void _taLogToSettings(SettingsArea area) const;
+    ChangeState _changed(SettingsArea area) const;
+
+    mutable QMutex m_mutex;
+    bool m_initialized = false;
+    QHash<SettingsCode, QVariant> m_taLog; // the snapshot
+};
+
+} // namespace aux
+
+#endif
