@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// Does one operation on the settings: settings ORGANISATION get|set|commit|rollback [VALUE]
+//
+// The value is that of one setting. Says "begin" on stderr between the preparation and the
+// operation, and ends at once after it.
+#include <aux/configuration.h>
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include <unistd.h>
+
+int main(int argc, char *argv[])
+{
+    if (argc < 3)
+        qFatal("usage: settings ORGANISATION get|set|commit|rollback [VALUE]");
+    QCoreApplication::setOrganizationName(argv[1]);
+    QCoreApplication::setApplicationName("terminal");
+    const QByteArray operation = argv[2];
+    const QVariant value = QString(argv[argc - 1]);
+
+    aux::Configuration configuration;
+    configuration.init();
+    if (operation == "commit" || operation == "rollback")
+        configuration.setValue(aux::SettingsCode::DeviceLang, value);
+    if (::write(STDERR_FILENO, "begin\n", 6) != 6)
+        return EXIT_FAILURE;
+    if (operation == "get")
+        std::puts(qPrintable(configuration.getValue(aux::SettingsCode::DeviceLang).toString()));
+    else if (operation == "set")
+        configuration.setValue(aux::SettingsCode::DeviceLang, value);
+    else if (operation == "commit")
+        configuration.commit();
+    else
+        configuration.rollback(aux::SettingsArea::All);
+    std::fflush(stdout);
+    ::_exit(EXIT_SUCCESS);
+}
