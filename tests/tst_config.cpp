@@ -19,7 +19,7 @@ using aux::SettingsCode;
 namespace
 {
 
-QString describe(const aux::SetMeta &meta)
+QString describe(const aux::_SetMeta &meta)
 {
     QStringList areas;
     for (const SettingsArea area : meta.areas)
@@ -40,7 +40,7 @@ QString describe(ChangeState state)
 QString validate(const QJsonObject &settings, const QString &without = {})
 {
     QSettings::SettingsMap map;
-    for (const aux::SetMeta &meta : aux::settingsCatalogue())
+    for (const aux::_SetMeta &meta : aux::settingsCatalogue())
         map[meta.keyPath().mid(1)] = meta.defaultValue;
     for (auto it = settings.begin(); it != settings.end(); ++it)
         map[it.key()] = it.value().toVariant();
@@ -102,7 +102,7 @@ private Q_SLOTS:
         QStringList expected =
             QString(read(QFINDTESTDATA("data/settings.txt"))).split('\n', Qt::SkipEmptyParts);
         for (const SettingsCode code : aux::settingsCatalogue().keys()) {
-            const aux::SetMeta meta = aux::settingsCatalogue()[code];
+            const aux::_SetMeta meta = aux::settingsCatalogue()[code];
             const QString line = QString::number(static_cast<int>(code)) + ' ' + describe(meta);
             QVERIFY2(expected.removeOne(line), qPrintable(line));
             QVERIFY(aux::settingAt(meta.key) == code);
@@ -228,7 +228,7 @@ private Q_SLOTS:
     {
         QCOMPARE(text(Configuration::validateConfigFile(m_file)),
                  "libaux Config file does not exist 10001");
-        for (const aux::SetMeta &meta : aux::settingsCatalogue()) {
+        for (const aux::_SetMeta &meta : aux::settingsCatalogue()) {
             const QString missing = "libaux Invalid config file. Missing %1 10002";
             QCOMPARE(validate({{"network/dataport", 9000}}, meta.keyPath().mid(1)),
                      missing.arg(meta.key));

@@ -33,7 +33,7 @@ const QList<Area> mode{Area::All, Area::Mode};
 constexpr const char *usbkeyclear = "/datahandling/usbkeyclear";
 
 // clang-format off
-const QHash<Code, SetMeta> catalogue{
+const QHash<Code, _SetMeta> catalogue{
     {Code::DeviceModeUsb,                          {"/device/mode/usb",                          plain,   true,                  mode}},
     {Code::DeviceModeSerial,                       {"/device/mode/serial",                       plain,   true,                  mode}},
     {Code::DeviceModeNetwork,                      {"/device/mode/network",                      plain,   true,                  mode}},
@@ -81,15 +81,16 @@ const QHash<Code, SetMeta> catalogue{
 
 } // namespace
 
-const QHash<SettingsCode, SetMeta> &settingsCatalogue()
+const QHash<SettingsCode, _SetMeta> &settingsCatalogue()
 {
     return catalogue;
 }
 
 std::optional<SettingsCode> settingAt(const QString &keyPath)
 {
-    const auto found = std::find_if(catalogue.cbegin(), catalogue.cend(),
-                                    [&](const SetMeta &meta) { return meta.keyPath() == keyPath; });
+    const auto found =
+        std::find_if(catalogue.cbegin(), catalogue.cend(),
+                     [&](const _SetMeta &meta) { return meta.keyPath() == keyPath; });
     if (found == catalogue.cend())
         return std::nullopt;
     return found.key();

@@ -15,7 +15,7 @@ namespace aux
 constexpr unsigned int defaultDataPort = 8000;
 
 /// What is known of a setting; of an unknown one nothing.
-struct SetMeta {
+struct _SetMeta {
     const char *key = nullptr;  // from the root, with a leading "/"
     bool flag = false;          // changed() tells its changes apart
     QVariant defaultValue = {}; // its type is the type of the setting
@@ -25,7 +25,7 @@ struct SetMeta {
 };
 
 /// All settings; of unspecified order, which differs between processes.
-const QHash<SettingsCode, SetMeta> &settingsCatalogue();
+const QHash<SettingsCode, _SetMeta> &settingsCatalogue();
 
 /// Returns the setting of exactly this key path, as in "/network/dataport".
 std::optional<SettingsCode> settingAt(const QString &keyPath);

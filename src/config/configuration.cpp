@@ -46,7 +46,7 @@ QVariant Configuration::getValue(SettingsCode code) const
     const QMutexLocker locker(&m_mutex);
     if (!_isInitialized("getValue"))
         return {};
-    const SetMeta meta = settingsCatalogue().value(code);
+    const _SetMeta meta = settingsCatalogue().value(code);
     return QSettings().value(meta.keyPath(), meta.defaultValue);
 }
 
@@ -55,7 +55,7 @@ void Configuration::setValue(SettingsCode code, const QVariant &value)
     const QMutexLocker locker(&m_mutex);
     if (!_isInitialized("setValue"))
         return;
-    const SetMeta meta = settingsCatalogue().value(code);
+    const _SetMeta meta = settingsCatalogue().value(code);
     if (value.type() != meta.defaultValue.type()) {
         debugLine("setValue", ": type mismatch");
         return;

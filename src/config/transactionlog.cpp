@@ -78,7 +78,7 @@ void Configuration::_taLogFromSettings()
 {
     const QSettings settings;
     m_taLog.clear();
-    forEachSetting(SettingsArea::All, [&](SettingsCode code, const SetMeta &meta) {
+    forEachSetting(SettingsArea::All, [&](SettingsCode code, const _SetMeta &meta) {
         m_taLog.insert(code, settings.value(meta.keyPath(), meta.defaultValue));
     });
 }
@@ -86,7 +86,7 @@ void Configuration::_taLogFromSettings()
 void Configuration::_taLogToSettings(SettingsArea area) const
 {
     changeSettings([&](QSettings &settings) {
-        forEachSetting(area, [&](SettingsCode code, const SetMeta &meta) {
+        forEachSetting(area, [&](SettingsCode code, const _SetMeta &meta) {
             settings.setValue(meta.keyPath(), m_taLog.value(code));
         });
     });
@@ -98,7 +98,7 @@ ChangeState Configuration::_changed(SettingsArea area) const
     if (!_isInitialized("_changed"))
         return state;
     const QSettings settings;
-    forEachSetting(area, [&](SettingsCode code, const SetMeta &meta) {
+    forEachSetting(area, [&](SettingsCode code, const _SetMeta &meta) {
         if (settings.value(meta.keyPath(), meta.defaultValue) != m_taLog.value(code)) {
             state.anyChanged = true;
             state.flaggedChanged |= meta.flag;

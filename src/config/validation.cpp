@@ -42,7 +42,7 @@ QString readText(const QSettings &settings, SettingsCode code)
 
 Error checkCompleteness(const QSettings &settings)
 {
-    for (const SetMeta &meta : settingsCatalogue()) {
+    for (const _SetMeta &meta : settingsCatalogue()) {
         if (!settings.contains(meta.keyPath()))
             return invalidContent(QStringLiteral("Invalid config file. Missing ") + meta.keyPath());
     }
