@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "commands.h"
+#include "settings.h"
+
+namespace auxctl
+{
+
+Outcome configShow(const Invocation &invocation)
+{
+    return withSettings(invocation.arguments, [&](const QVector<Setting> &settings) {
+        return withConfiguration(invocation, [&](aux::Configuration &configuration) {
+            QVector<Record> records;
+            QVector<QStringList> lines;
+            for (const Setting &setting : settings) {
+                const QVariant value = configuration.getValue(setting.code);
+                const bool isDefault = value == setting.meta.defaultValue;
+                const QJsonValue shown = shownValue(setting, value, invocation.isSet("reveal"));
+                records += {{"key", setting.key()},
+                            {"value", shown},
+                            {"default", QJsonValue::fromVariant(setting.meta.defaultValue)},
+                            {"isDefault", isDefault}};
+                lines += {(isDefault ? "  " : "* ") + setting.key(), valueText(shown)};
+            }
+            Outcome outcome = table(records);
+            outcome.text = alignedText(lines);
+            return outcome;
+        });
+    });
+}
+
+} // namespace auxctl

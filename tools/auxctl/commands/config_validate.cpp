@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "commands.h"
+#include "streams.h"
+
+#include <aux/configuration.h>
+
+#include <QFileInfo>
+
+namespace auxctl
+{
+
+Outcome configValidate(const Invocation &invocation)
+{
+    const InputFile input(invocation.argument(0));
+    if (input.error().hasError())
+        return failed(input.error());
+    aux::Configuration configuration; // knows the format of the file
+    configuration.init();
+    aux::Error error = aux::Configuration::validateConfigFile(input.path());
+    if (!error.hasError())
+        return {ExitStatus::Done, {}, true, "valid"};
+    return QFileInfo::exists(input.path()) ? answered(false, failed(std::move(error)))
+                                           : failed(std::move(error));
+}
+
+} // namespace auxctl

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "commands.h"
+#include "containerfile.h"
+#include "fs/fileidentity.h"
+#include "progress.h"
+#include "streams.h"
+
+#include <aux/datahelper.h>
+
+namespace auxctl
+{
+
+namespace
+{
+
+/// The file that unpacking would write; null where the container does not say.
+QString expectedPath(const ContainerFile &container, const QString &directory, const QString &name)
+{
+    const QString fileName = name.isEmpty() ? container.header().fileName() : name;
+    return fileName.isEmpty() ? QString() : directory + '/' + fileName;
+}
+
+} // namespace
+
+Outcome containerUnpack(const Invocation &invocation)
+{
+    const OutputPlace output(invocation, 1, QStringLiteral("."));
+    if (output.error().hasError())
+        return {ExitStatus::Usage, output.error(), {}, {}};
+    const InputFile input(invocation.argument(0));
+    if (input.error().hasError())
+        return failed(input.error());
+
+    QString path = invocation.value("name");
+    const QString expected = expectedPath(ContainerFile(input.path()), output.directory(), path);
+    if (!expected.isEmpty() && aux::isOccupied(expected) && !invocation.isSet("force"))
+        return failed(QStringLiteral("%1 exists already, --force overwrites it").arg(expected));
+
+    const Progress progress(expected);
+    auto type = aux::DataHelper::ZEL_FILE_TYPE::Unknown;
+    aux::Error error =
+        aux::DataHelper::unpackFileFromBinContainer(input.path(), type, output.directory(), path);
+    if (error.hasError())
+        return failed(std::move(error));
+    return output.deliver(path, record({{"path", path}, {"type", typeName(type)}}));
+}
+
+} // namespace auxctl

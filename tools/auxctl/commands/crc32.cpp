@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "commands.h"
+#include "help.h"
+#include "progress.h"
+#include "streams.h"
+
+#include <aux/crc32.h>
+
+#include <QFile>
+
+namespace auxctl
+{
+
+Outcome crc32(const Invocation &invocation)
+{
+    const InputFile input(invocation.argument(0));
+    if (input.error().hasError())
+        return failed(input.error());
+    QFile file(input.path());
+    if (!file.open(QIODevice::ReadOnly))
+        return failed(
+            QStringLiteral("cannot open %1: %2").arg(file.fileName(), file.errorString()));
+
+    const Progress progress(file.fileName());
+    QByteArray piece(1 << 16, Qt::Uninitialized);
+    unsigned int crc = 0;
+    qint64 length = 0;
+    while ((length = file.read(piece.data(), piece.size())) > 0)
+        crc = aux::crc32(crc, reinterpret_cast<unsigned char *>(piece.data()),
+                         static_cast<unsigned int>(length));
+    if (length < 0)
+        return failed(
+            QStringLiteral("cannot read %1: %2").arg(file.fileName(), file.errorString()));
+    return plainText(QStringLiteral("%1").arg(crc, 8, 16, QLatin1Char('0')));
+}
+
+} // namespace auxctl

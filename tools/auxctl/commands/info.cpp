@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "commands.h"
+
+#include <aux/systeminfo.h>
+
+#include <QJsonObject>
+
+namespace auxctl
+{
+
+namespace
+{
+
+QString readable(const QJsonObject &clock)
+{
+    const auto field = [&clock](const char *name) {
+        return QStringLiteral("%1").arg(clock[QLatin1String(name)].toInt(), 2, 10,
+                                        QLatin1Char('0'));
+    };
+    return QStringLiteral("%1-%2-%3 %4:%5:%6 UTC")
+        .arg(field("year"), field("month"), field("day"), field("hour"), field("minute"),
+             field("second"));
+}
+
+} // namespace
+
+/// What cannot be found out is empty; with --debug the library says why.
+Outcome info(const Invocation &)
+{
+    using aux::SystemInfo;
+    const aux::Error error = SystemInfo::loadSerialNumber();
+    const QJsonObject clock = SystemInfo::getCurrentDateTimeUTCInfo();
+    Outcome outcome = record({{"serial", SystemInfo::getSerialNumber()},
+                              {"problem", error.hasError() ? error.getMsg() : QString()},
+                              {"wifi", SystemInfo::getWifiMac()},
+                              {"version", SystemInfo::getVersion()},
+                              {"bsp", SystemInfo::getBspId()},
+                              {"ipv4", SystemInfo::getFirstActiveNetworkIPv4()},
+                              {"network", SystemInfo::getNetworkInfo("eth0")},
+                              {"clock", readable(clock)},
+                              {"touchscreen", SystemInfo::isTouchscreenDetected()}});
+    QJsonObject json = outcome.json.toObject();
+    json["clock"] = clock;
+    outcome.json = json;
+    return outcome;
+}
+
+} // namespace auxctl

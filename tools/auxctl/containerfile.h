@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUXCTL_CONTAINERFILE_H
+#define AUXCTL_CONTAINERFILE_H
+
+#include "data/containerformat.h"
+#include "outcome.h"
+
+#include <QFile>
+
+namespace auxctl
+{
+
+/// A container of which the header has been read.
+class ContainerFile
+{
+public:
+    explicit ContainerFile(const QString &path);
+
+    /// Why it is no container.
+    [[nodiscard]] const aux::Error &error() const { return m_error; }
+    [[nodiscard]] const aux::container::Header &header() const { return m_header; }
+    [[nodiscard]] bool isComplete() const;
+    /// Reads the payload and compares its digest with the header's.
+    [[nodiscard]] bool hasDigest();
+
+    /// What the header says, and whether the file is long enough for it.
+    [[nodiscard]] Record description() const;
+
+private:
+    QFile m_file;
+    aux::container::Header m_header;
+    aux::Error m_error;
+};
+
+/// The name of a known type.
+QString typeName(aux::container::Type type);
+/// The type of this name; Unknown for other names.
+aux::container::Type typeFromName(const QString &name);
+
+} // namespace auxctl
+
+#endif

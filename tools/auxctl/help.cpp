@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "help.h"
+
+#include "command.h"
+
+#include <aux/systeminfo.h>
+
+#include <QFile>
+
+namespace auxctl
+{
+
+namespace
+{
+
+QString callOf(const Command &command)
+{
+    return QStringLiteral("auxctl %1 %2").arg(command.name, command.arguments).trimmed();
+}
+
+QString spelled(const Option &option)
+{
+    const QString name = QStringLiteral("--") + option.name;
+    return option.value == nullptr ? name : name + ' ' + option.value;
+}
+
+std::vector<Option> optionsOf(const Command &command)
+{
+    std::vector<Option> options = command.options;
+    if (command.warning != nullptr)
+        options.push_back(yesOption);
+    return options;
+}
+
+QString optionLines(const std::vector<Option> &options)
+{
+    QVector<QStringList> rows;
+    for (const Option &option : options)
+        rows += {"  " + spelled(option), option.summary};
+    return alignedText(rows);
+}
+
+QString completionCase(const Command &command)
+{
+    QStringList words;
+    for (const std::vector<Option> &options : {optionsOf(command), commonOptions()}) {
+        for (const Option &option : options)
+            words += QStringLiteral("--") + option.name;
+    }
+    return QStringLiteral("        \"%1\"*) words=\"%2\" ;;").arg(command.name, words.join(' '));
+}
+
+QString troff(QString text)
+{
+    return text.replace('\\', QStringLiteral("\\e")).replace('-', QStringLiteral("\\-"));
+}
+
+QString manualEntry(const Command &command)
+{
+    QString entry = QStringLiteral(".TP\n.B %1\n%2. JSON key: \"%3\".\n")
+                        .arg(troff(callOf(command)), troff(command.summary), command.key);
+    for (const Option &option : optionsOf(command))
+        entry +=
+            QStringLiteral(".br\n.B %1\n%2.\n").arg(troff(spelled(option)), troff(option.summary));
+    return entry;
+}
+
+QString resource(const char *name)
+{
+    QFile file(QStringLiteral(":/auxctl/") + name);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+} // namespace
+
+QString overview()
+{
+    QVector<QStringList> rows;
+    for (const Command &command : commands())
+        rows += {"  " + callOf(command), command.summary};
+    return QStringLiteral(
+               "Settings, files, containers and the system of a terminal.\n\nCommands:\n") +
+           alignedText(rows) + QStringLiteral("\n\nOptions of every command:\n") +
+           optionLines(commonOptions()) +
+           QStringLiteral("\n\nExit status: 0 done, 1 failed, 2 wrong call, 3 a check said no.");
+}
+
+QString bashCompletion()
+{
+    QStringList names;
+    QStringList cases;
+    for (const Command &command : commands()) {
+        names += command.name;
+        cases += completionCase(command);
+    }
+    return resource("completion.bash")
+        .replace("@NAMES@", '"' + names.join("\" \"") + '"')
+        .replace("@CASES@", cases.join('\n'))
+        .trimmed();
+}
+
+QString manualPage()
+{
+    QString entries;
+    for (const Command &command : commands())
+        entries += manualEntry(command);
+    QString common;
+    for (const Option &option : commonOptions())
+        common +=
+            QStringLiteral(".TP\n.B %1\n%2.\n").arg(troff(spelled(option)), troff(option.summary));
+    return resource("auxctl.1")
+        .replace("@VERSION@", aux::SystemInfo::getVersion())
+        .replace("@COMMANDS@", entries)
+        .replace("@OPTIONS@", common)
+        .trimmed();
+}
+
+Outcome plainText(const QString &text)
+{
+    return {ExitStatus::Done, {}, text, text};
+}
+
+} // namespace auxctl

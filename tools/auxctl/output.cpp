@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "output.h"
+
+#include "diagnostics.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+
+#include <unistd.h>
+
+namespace auxctl
+{
+
+namespace
+{
+
+QJsonArray toJson(const aux::Error &error)
+{
+    QJsonArray chain;
+    for (const auto &entry : error) {
+        chain += QJsonObject{{"domain", entry.getDomain()},
+                             {"message", entry.getMsg()},
+                             {"id", static_cast<qint64>(entry.getId())}};
+    }
+    return chain;
+}
+
+QByteArray document(const Outcome &outcome, const QString &key)
+{
+    const QJsonObject object = outcome.error.hasError()
+                                   ? QJsonObject{{"error", toJson(outcome.error)}}
+                                   : QJsonObject{{key, outcome.json}};
+    return QJsonDocument(object).toJson();
+}
+
+QByteArray standardOutput(const Outcome &outcome, const Format &format)
+{
+    if (format.isJson)
+        return document(outcome, format.key);
+    return outcome.text.isEmpty() ? QByteArray() : outcome.text.toUtf8() + '\n';
+}
+
+void printError(const aux::Error &error)
+{
+    std::ostringstream chain;
+    chain << error;
+    const bool colour = errorTakesColour();
+    std::cerr << (colour ? "\033[31m" : "") << chain.str() << (colour ? "\033[0m" : "") << '\n';
+}
+
+bool writeAll(const QByteArray &bytes)
+{
+    return std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout) ==
+               static_cast<std::size_t>(bytes.size()) &&
+           std::fflush(stdout) == 0;
+}
+
+} // namespace
+
+bool errorTakesColour()
+{
+    return isatty(STDERR_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR");
+}
+
+ExitStatus print(const Outcome &outcome, const Format &format)
+{
+    const QStringList diagnostics = takeDiagnostics();
+    if (format.showsDiagnostics || outcome.status == ExitStatus::No) {
+        for (const QString &line : diagnostics)
+            std::cerr << line.toStdString() << '\n';
+    }
+    if (outcome.error.hasError())
+        printError(outcome.error);
+    if (!writeAll(standardOutput(outcome, format))) {
+        printError(problem(QStringLiteral("cannot write to standard output")));
+        return ExitStatus::Failed;
+    }
+    return outcome.status;
+}
+
+} // namespace auxctl

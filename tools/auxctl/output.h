@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUXCTL_OUTPUT_H
+#define AUXCTL_OUTPUT_H
+
+#include "outcome.h"
+
+namespace auxctl
+{
+
+struct Format {
+    bool isJson = false;
+    QString key; // of the result in JSON
+    bool showsDiagnostics = false;
+};
+
+/// Prints the outcome; the exit status of the program, which is Failed where printing fails.
+///
+/// Standard output gets the result, or with JSON one document: {KEY: RESULT} or {"error": [...]}.
+/// Standard error gets the chain of a failure, newest first, the reason of an answer no, and the
+/// library's diagnostic lines where they are asked for.
+ExitStatus print(const Outcome &outcome, const Format &format);
+
+/// Tells whether standard error takes colours: a terminal, and NO_COLOR is not set.
+bool errorTakesColour();
+
+} // namespace auxctl
+
+#endif

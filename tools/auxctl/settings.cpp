@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "settings.h"
+
+#include "nearest.h"
+
+#include <aux/fshelper.h>
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <algorithm>
+#include <array>
+
+namespace auxctl
+{
+
+namespace
+{
+
+using aux::SettingsCode;
+
+QString keyPath(const QString &key)
+{
+    return key.startsWith('/') ? key : '/' + key;
+}
+
+/// The applications that have a settings file, as ORG/NAME.
+QStringList applications()
+{
+    const QDir root(aux::FsHelper::dirLocationToFullPath(aux::DirLocation::Config));
+    QStringList names;
+    for (const QString &organisation : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        for (const QFileInfo &file :
+             QDir(root.filePath(organisation)).entryInfoList({"*.JSON"}, QDir::Files))
+            names += organisation + '/' + file.completeBaseName();
+    }
+    return names;
+}
+
+/// Makes the settings of ORG/NAME those of this process.
+bool become(const QString &application)
+{
+    const QStringList names = application.split('/');
+    if (names.size() != 2 || names.contains(QString()) || names.contains(".."))
+        return false;
+    QCoreApplication::setOrganizationName(names[0]);
+    QCoreApplication::setApplicationName(names[1]);
+    return true;
+}
+
+} // namespace
+
+bool Setting::isSecret() const
+{
+    constexpr std::array secrets{SettingsCode::DevicePin, SettingsCode::NetworkWifiPsk,
+                                 SettingsCode::PublicserverProxyPassword,
+                                 SettingsCode::CryptoPassphrase};
+    return std::find(secrets.begin(), secrets.end(), code) != secrets.end();
+}
+
+QVector<Setting> allSettings()
+{
+    QVector<Setting> settings;
+    const auto &catalogue = aux::settingsCatalogue();
+    for (auto entry = catalogue.begin(); entry != catalogue.end(); ++entry)
+        settings += {entry.key(), entry.value()};
+    std::sort(settings.begin(), settings.end(),
+              [](const Setting &a, const Setting &b) { return a.code < b.code; });
+    return settings;
+}
+
+Outcome withSettings(const QStringList &keys,
+                     const std::function<Outcome(const QVector<Setting> &)> &function)
+{
+    const QVector<Setting> all = allSettings();
+    QVector<Setting> chosen;
+    for (const QString &key : keys) {
+        const auto *const found =
+            std::find_if(all.begin(), all.end(),
+                         [&key](const Setting &setting) { return setting.key() == keyPath(key); });
+        if (found == all.end()) {
+            QStringList known;
+            std::transform(all.begin(), all.end(), std::back_inserter(known),
+                           [](const Setting &setting) { return setting.key(); });
+            return misused(QStringLiteral("unknown setting \"%1\", did you mean \"%2\"?")
+                               .arg(key, nearest(keyPath(key), known)));
+        }
+        chosen += *found;
+    }
+    return function(keys.isEmpty() ? all : chosen);
+}
+
+Outcome withConfiguration(const Invocation &invocation,
+                          const std::function<Outcome(aux::Configuration &)> &function)
+{
+    QString application = invocation.value("app");
+    if (!invocation.isSet("app")) {
+        const QStringList candidates = applications();
+        if (candidates.size() > 1)
+            return misused(QStringLiteral("several settings files, choose one with --app: %1")
+                               .arg(candidates.join(", ")));
+        application = candidates.isEmpty() ? QStringLiteral("aux/terminal") : candidates.first();
+    }
+    if (!become(application))
+        return misused(QStringLiteral("\"%1\" is no ORG/NAME").arg(application));
+    aux::Configuration configuration;
+    configuration.init();
+    return function(configuration);
+}
+
+QJsonValue shownValue(const Setting &setting, const QVariant &value, bool reveal)
+{
+    if (setting.isSecret() && !reveal && !value.toString().isEmpty())
+        return QStringLiteral("********");
+    return QJsonValue::fromVariant(value);
+}
+
+} // namespace auxctl
