@@ -1,0 +1,118 @@
+# SPDX-License-Identifier: MIT
+import json
+import unittest
+
+import jsonschema
+from world import SETTINGS, World
+
+PORT = "/network/dataport"
+
+
+def nested(document, path, value):
+    for name in path[:-1]:
+        document = document.setdefault(name, {})
+    document[path[-1]] = value
+
+
+class Config(World):
+    def complete(self, **changes):
+        """A complete settings file, with these values: a__b is /a/b."""
+        document = {}
+        for setting in self.json("config", "show", "--reveal")["settings"]:
+            nested(document, setting["key"].strip("/").split("/"), setting["default"])
+        for key, value in changes.items():
+            nested(document, key.split("__"), value)
+        return document
+
+    def test_set_is_one_transaction(self):
+        self.auxctl("config", "set", f"{PORT}=8080", "device/audio=false", "/device/infotext=a=b")
+        written = json.loads(SETTINGS.read_text())
+        self.assertEqual(written["network"]["dataport"], 8080)
+        self.assertIs(written["device"]["audio"], False)
+        self.assertEqual(written["device"]["infotext"], "a=b")
+        self.assertEqual(written["config_changes"], 1)
+        self.assertEqual(self.auxctl("config", "get", PORT), "8080\n")
+        self.assertEqual(self.json("config", "get", "device/audio"), {"value": False})
+
+    def test_a_wrong_value_leaves_everything(self):
+        self.auxctl("config", "set", f"{PORT}=8080")
+        before = SETTINGS.read_bytes()
+        for wrong, reason in (
+            (f"{PORT}=x", f'{PORT} takes a number from 0 to 2147483647, not "x"'),
+            (f"{PORT}=-1", "takes a number"),
+            (f"{PORT}=2147483648", "takes a number"),
+            ("/device/audio=yes", '/device/audio takes true or false, not "yes"'),
+            ("/network/datport=1", f'unknown setting "/network/datport", did you mean "{PORT}"?'),
+            ("/device/lang", '"/device/lang" is no KEY=VALUE'),
+        ):
+            self.auxctl("config", "set", "/device/lang=de_DE", wrong, status=2)
+            self.assertIn(reason, self.errors)
+            error = self.json("config", "set", wrong, status=2)["error"]
+            self.assertEqual((error[0]["domain"], error[0]["id"]), ("auxctl", 2))
+        self.assertEqual(SETTINGS.read_bytes(), before)
+
+    def test_show_marks_changes_and_hides_secrets(self):
+        self.auxctl("config", "set", f"{PORT}=8080", "/network/wifi/psk=secret", "/crypto/passphrase=x")
+        shown = self.auxctl("config", "show")
+        self.assertEqual(len(shown.splitlines()), 42)
+        self.assertRegex(shown, r"(?m)^\* /network/dataport +8080$")
+        self.assertRegex(shown, r"(?m)^  /device/lang +en_GB$")
+        self.assertNotIn("secret", shown + self.auxctl("config", "changed"))
+        self.assertEqual(self.json("config", "show", "network/wifi/psk", "--reveal"),
+                         {"settings": [{"key": "/network/wifi/psk", "value": "secret",
+                                        "default": "", "isDefault": False}]})
+
+    def test_changed(self):
+        self.auxctl("config", "changed", status=3)
+        self.auxctl("config", "set", "/device/lang=de_DE")
+        self.assertEqual(self.json("config", "changed")["changed"],
+                         [{"key": "/device/lang", "value": "de_DE", "default": "en_GB"}])
+        self.assertEqual(self.json("config", "changed", "network", status=3), {"changed": []})
+        self.auxctl("config", "changed", "netwrk", status=2)
+        self.assertIn('did you mean "network"?', self.errors)
+
+    def test_the_application_is_found(self):
+        self.auxctl("config", "set", f"{PORT}=1", "--app", "one/first")
+        self.assertEqual(self.auxctl("config", "get", PORT), "1\n")  # the only one there is
+        self.auxctl("config", "set", f"{PORT}=2", "--app", "two/second")
+        self.auxctl("config", "get", PORT, status=2)
+        self.assertIn("one/first, two/second", self.errors)
+        self.assertEqual(self.auxctl("config", "get", PORT, "--app", "two/second"), "2\n")
+        self.auxctl("config", "get", PORT, "--app", "../x", status=2)
+
+    def test_nothing_is_called_written_that_was_not(self):
+        self.auxctl("config", "set", f"{PORT}=1")
+        SETTINGS.parent.chmod(0o500)
+        self.addCleanup(SETTINGS.parent.chmod, 0o700)
+        self.auxctl("config", "set", f"{PORT}=2", status=1)
+        self.assertIn(f"cannot write {SETTINGS}", self.errors)
+        self.assertEqual(self.auxctl("config", "get", PORT), "1\n")
+
+    def test_validation_agrees_with_the_schema(self):
+        schema = json.loads(self.auxctl("config", "schema"))
+        jsonschema.Draft202012Validator.check_schema(schema)
+        validator = jsonschema.Draft202012Validator(schema)
+        incomplete = self.complete()
+        del incomplete["datahandling"]["usbkeyclear"]
+        for document, reason in (
+            (self.complete(), ""),
+            (self.complete(device__pin="a" * 64, crypto__vendors="0x1:2;3:4"), ""),
+            (self.complete(device__pin="a" * 63), "Invalid pin hash length: 63"),
+            (self.complete(network__dataport=9000), "Cannot use internal CGI port as dataport: 9000"),
+            (self.complete(crypto__gpgkey="a"), "GPG Key invalid size"),
+            (self.complete(crypto__vendors="1;2"), "USB VID:PID list syntax error"),
+            (self.complete(device__mode__usb=False, device__mode__serial=False,
+                           device__mode__network=False), "All operating modes disabled"),
+            (incomplete, "Missing /datahandling/usbkeyclear"),
+        ):
+            candidate = json.dumps(document).encode()
+            self.auxctl("config", "validate", "-", given=candidate, status=3 if reason else 0)
+            self.assertIn(reason, self.errors)
+            self.assertEqual(validator.is_valid(document), not reason, reason)
+        self.assertFalse(validator.is_valid(self.complete(device__audio="true")))
+        self.auxctl("config", "validate", self.work / "missing", status=1)
+        self.assertIn("Config file does not exist 10001", self.errors)
+
+
+if __name__ == "__main__":
+    unittest.main()

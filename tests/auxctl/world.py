@@ -1,0 +1,56 @@
+# SPDX-License-Identifier: MIT
+"""What the tests of the installed auxctl share: running it, and a /data of their own."""
+
+import json
+import os
+import pathlib
+import pty
+import shutil
+import subprocess
+import unittest
+
+AUXCTL = os.environ["AUXCTL"]
+LIBRARIES = os.environ["LD_LIBRARY_PATH"]
+DATA = pathlib.Path("/data")
+NEW = DATA / "zel/rk4/new"
+ARCHIVE = DATA / "zel/rk4/archive"
+SETTINGS = DATA / "config/aux/terminal.JSON"
+
+
+class World(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        for entry in DATA.iterdir():
+            shutil.rmtree(entry)
+        for directory in (NEW, ARCHIVE, SETTINGS.parent):
+            directory.mkdir(parents=True)
+        self.work = pathlib.Path("/tmp/work")
+        shutil.rmtree(self.work, ignore_errors=True)
+        self.work.mkdir()
+
+    def auxctl(self, *arguments, status=0, given=b"", **options):
+        """Runs it; its standard output as text, its standard error in self.errors."""
+        result = subprocess.run([AUXCTL, *map(str, arguments)], input=given, capture_output=True,
+                                timeout=60, check=False, **options)
+        self.raw, self.errors = result.stdout, result.stderr.decode()
+        self.assertEqual(result.returncode, status, f"{arguments}: {self.errors}")
+        return self.raw.decode(errors="replace")
+
+    def json(self, *arguments, **options):
+        """The one document that --json prints."""
+        return json.loads(self.auxctl(*arguments, "--json", **options))
+
+    def on_terminal(self, *arguments, answer="", environment=None):
+        """Runs it on a terminal of its own; exit status and everything that was shown."""
+        child, terminal = pty.fork()
+        if child == 0:
+            os.execve(AUXCTL, [AUXCTL, *arguments], {**os.environ, **(environment or {})})
+        os.write(terminal, answer.encode())
+        shown = b""
+        while True:
+            try:
+                shown += os.read(terminal, 4096)
+            except OSError:  # the other side is closed
+                break
+        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), shown.decode()
