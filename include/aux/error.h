@@ -69,7 +69,7 @@ public:
     /// Success.
     Error() = default;
     /// A failure with exactly this entry. Implicit, so that an operation can return its entry.
-    Error(ErrorData data); // NOLINT(google-explicit-constructor)
+    Error(ErrorData data);
 
     Error(const Error &) = default;
     /// Leaves the other empty, its extra data null.

@@ -152,7 +152,6 @@ Remainder appendWhileLong(Remainder remainder, Rest &rest)
 
 } // namespace
 
-// NOLINTNEXTLINE(readability-non-const-parameter): callers hand over writable buffers
 unsigned int crc32(unsigned int crc, unsigned char *data, unsigned int length)
 {
     Rest rest{data, length};
