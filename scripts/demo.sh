@@ -7,7 +7,7 @@ set -euo pipefail
 main() {
     local checkout file
     checkout=$(cd "$(dirname "$0")/.." && pwd)
-    file=$(realpath "${1:-$checkout/build/dev/src/libaux.so.1}")
+    file=$(realpath -m "${1:-$checkout/build/dev/src/libaux.so.1}")
     "$checkout/scripts/bootstrap"
     (cd "$checkout" && cmake --preset dev && cmake --build --preset dev --target auxctl) >&2
     cd "$(dirname "$file")" # a directory that the private world keeps
