@@ -62,6 +62,7 @@ enum class SettingsCode : int {
     DatahandlingUsbkeyclear = 42,                ///< QString
 };
 
+/// Makes a setting a key of QHash.
 inline uint qHash(SettingsCode code, uint seed = 0) noexcept
 {
     return ::qHash(static_cast<int>(code), seed);

@@ -36,9 +36,12 @@ public:
     {
     }
 
+    /// @{
+    /// What the entry was made from.
     const QString &getDomain() const { return m_domain; }
     const QString &getMsg() const { return m_msg; }
     unsigned int getId() const { return m_id; }
+    /// @}
 
 private:
     QString m_domain;
@@ -64,6 +67,7 @@ class [[nodiscard]] Error;
 class AUX_EXPORT Error
 {
 public:
+    /// Goes from the newest entry to the oldest.
     using const_iterator = std::list<ErrorData>::const_reverse_iterator;
 
     /// Success.
@@ -71,11 +75,13 @@ public:
     /// A failure with exactly this entry. Implicit, so that an operation can return its entry.
     Error(ErrorData data);
 
+    /// Copies the entries and the extra data.
     Error(const Error &) = default;
     /// Leaves the other empty, its extra data null.
     Error(Error &&) noexcept = default;
     ~Error() = default;
 
+    /// Copies the other's entries and extra data in place of its own.
     Error &operator=(const Error &) = default;
     /// Takes over the other's entries and leaves it none; the two extra data change places.
     Error &operator=(Error &&other) noexcept;
@@ -89,18 +95,24 @@ public:
     /// True exactly when there is an entry; extra data alone is no failure.
     bool hasError() const noexcept { return !m_entries.empty(); }
 
+    /// @{
     /// Iterates from the newest entry to the oldest.
     const_iterator begin() const noexcept { return m_entries.rbegin(); }
     const_iterator end() const noexcept { return m_entries.rend(); }
+    /// @}
 
+    /// @{
     /// Domain, message and id of the newest entry; only where hasError().
     const QString &getDomain() const { return begin()->getDomain(); }
     const QString &getMsg() const { return begin()->getMsg(); }
     unsigned int getId() const { return begin()->getId(); }
+    /// @}
 
+    /// @{
     /// Free text attached to the whole error; null until it is set.
     void setExtraData(const QString &extraData) { m_extraData = extraData; }
     const QString &getExtraData() const { return m_extraData; }
+    /// @}
 
 private:
     std::list<ErrorData> m_entries; // oldest first

@@ -56,7 +56,7 @@ public:
     static DirLocation dirLocationFromString(const QString &name);
     /// Returns the location's path without a separator at its end; null for an invalid location.
     static QString dirLocationToFullPath(DirLocation location);
-    /// Returns the location of the directory that holds the given file, i.e. of everything before
+    /// Returns the location of the directory that holds the given file, which is everything before
     /// the last "/"; Invalid where that is no location.
     ///
     /// A directory's own path yields the location of its parent. Files in the failed directory
