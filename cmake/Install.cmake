@@ -20,7 +20,3 @@ file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/libaux.pc.in ${PROJECT_BINARY_DIR}/libaux.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/libaux.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Devel)
-
-# Debian's file(1) reads its own database and /etc/magic, which belongs to the administrator; this
-# one is named with file -m.
-install(FILES tools/auxctl/auxctl.magic DESTINATION ${CMAKE_INSTALL_DATADIR}/misc COMPONENT Tools)

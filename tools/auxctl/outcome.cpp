@@ -109,8 +109,7 @@ Outcome table(const QVector<Record> &rows)
 
 aux::Error problem(const QString &message, ExitStatus status)
 {
-    return aux::ErrorData(QStringLiteral("auxctl"), QString(message),
-                          static_cast<unsigned int>(status));
+    return aux::ErrorData(ownDomain, QString(message), static_cast<unsigned int>(status));
 }
 
 Outcome failed(aux::Error error)

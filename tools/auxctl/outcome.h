@@ -39,6 +39,9 @@ QString alignedText(const QVector<QStringList> &rows);
 /// A value the way it is printed and typed.
 QString valueText(const QJsonValue &value);
 
+/// The domain of the errors of this program.
+constexpr const char *ownDomain = "auxctl";
+
 /// An entry of this program's own; its id is the exit status that goes with it.
 aux::Error problem(const QString &message, ExitStatus status = ExitStatus::Failed);
 

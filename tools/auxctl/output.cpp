@@ -45,10 +45,14 @@ QByteArray standardOutput(const Outcome &outcome, const Format &format)
     return outcome.text.isEmpty() ? QByteArray() : outcome.text.toUtf8() + '\n';
 }
 
+/// This program's own errors the way programs put them, those of the library as it prints them.
 void printError(const aux::Error &error)
 {
     std::ostringstream chain;
-    chain << error;
+    if (error.getDomain() == ownDomain)
+        chain << ownDomain << ": " << error.getMsg().toStdString();
+    else
+        chain << error;
     const bool colour = errorTakesColour();
     std::cerr << (colour ? "\033[31m" : "") << chain.str() << (colour ? "\033[0m" : "") << '\n';
 }
