@@ -14,8 +14,8 @@ using Type = DataHelper::ZEL_FILE_TYPE;
 namespace
 {
 
-const QString dir = QStringLiteral("/data/work");
-const QString out = QStringLiteral("/data/work/out");
+const QString dir = QStringLiteral("/data/box");
+const QString out = QStringLiteral("/data/box/out");
 const QString source = dir + "/source.ddd";
 const QString packed = dir + "/packed.bin";
 

@@ -3,7 +3,9 @@
 #include "fs/datadirectories.h"
 
 #include <QDir>
-#include <QStorageInfo>
+#include <QFile>
+
+#include <sys/statvfs.h>
 
 namespace aux
 {
@@ -25,8 +27,14 @@ std::pair<Error, int> FsHelper::getNumberOfDirEntries(DirLocation location)
 
 bool FsHelper::checkFreeSpace(DirLocation location, qint64 bytes)
 {
-    const QStorageInfo storage(QDir(dirLocationToFullPath(location)));
-    return storage.bytesAvailable() >= bytes;
+    // The kernel is asked about the directory itself: QStorageInfo reads the whole list of mounts
+    // first, which takes longer than the rename it is to guard. Like there, no path is ".".
+    const QString path = dirLocationToFullPath(location);
+    struct statvfs storage {
+    };
+    if (::statvfs(path.isEmpty() ? "." : QFile::encodeName(path).constData(), &storage) != 0)
+        return false;
+    return static_cast<qint64>(storage.f_bavail * storage.f_frsize) >= bytes;
 }
 
 Error FsHelper::removeEntireDataDir()

@@ -22,8 +22,8 @@ namespace
 constexpr qint64 headRoom = 64LL * 1024 * 1024;
 
 struct Move {
+    QFileInfo source; // asks the file system once
     DirLocation to;
-    QString source;
     QString destination;
     QString checksum;
     bool checkChecksum;
@@ -43,11 +43,11 @@ Error checksumMismatch()
 /// Gives a file another name within its file system. Unlike QFile::rename it never copies (a copy
 /// that replaces the only original may not be on the storage yet when the power fails), never
 /// writes through a dangling link and never takes a name up to its first NUL.
-bool renameFile(const QString &from, const QString &to)
+bool renameFile(const QFileInfo &from, const QString &to)
 {
-    if (QFileInfo(from).isDir() || to.contains(QChar::Null))
+    if (from.isDir() || to.contains(QChar::Null))
         return false;
-    const QByteArray source = QFile::encodeName(from);
+    const QByteArray source = QFile::encodeName(from.filePath());
     const QByteArray destination = QFile::encodeName(to);
     if (renameat2(AT_FDCWD, source.constData(), AT_FDCWD, destination.constData(),
                   RENAME_NOREPLACE) == 0)
@@ -59,9 +59,9 @@ bool renameFile(const QString &from, const QString &to)
 
 Error moveNew(const Move &move)
 {
-    if (!move.hasChecksum(move.source))
+    if (!move.hasChecksum(move.source.filePath()))
         return checksumMismatch();
-    if (!FsHelper::checkFreeSpace(move.to, QFileInfo(move.source).size() + headRoom))
+    if (!FsHelper::checkFreeSpace(move.to, move.source.size() + headRoom))
         return failure(ErrorId::NoSpace,
                        QStringLiteral("FileHandler: not enough space in destination"));
     if (!renameFile(move.source, move.destination))
@@ -72,12 +72,13 @@ Error moveNew(const Move &move)
 
 Error discardDuplicate(const Move &move)
 {
+    const QString source = move.source.filePath();
     // Deliberately kept when it is corrupt and the source is not: a destination is never replaced.
-    if (!move.hasChecksum(move.destination) && !move.hasChecksum(move.source))
+    if (!move.hasChecksum(move.destination) && !move.hasChecksum(source))
         return checksumMismatch();
-    if (isOnlyName(move.source, move.destination))
+    if (isOnlyName(source, move.destination))
         return {};
-    if (!QFile::remove(move.source))
+    if (!QFile::remove(source))
         return failure(
             ErrorId::MoveFailed,
             QStringLiteral(
@@ -97,17 +98,17 @@ Error FsHelper::fileMove(DirLocation from, DirLocation to, const QString &fileNa
         return failure(ErrorId::General,
                        QStringLiteral("FileHandler: destination directory does not exist"));
 
-    const QString source = createPathName(from, QFileInfo(fileName).fileName());
-    if (!QFile::exists(source))
+    const QFileInfo source(createPathName(from, QFileInfo(fileName).fileName()));
+    if (!source.exists())
         return failure(ErrorId::SourceMissing,
                        QStringLiteral("FileHandler: source file does not exist"));
-    if (!(QFile::permissions(source) & QFileDevice::ReadOwner))
+    if (!source.permission(QFileDevice::ReadOwner))
         return failure(ErrorId::NotReadable,
                        QStringLiteral("FileHandler: cannot read source file"));
 
     const QString &newName = newFileName.isEmpty() ? fileName : newFileName;
     const QString destination = createPathName(to, QFileInfo(newName).fileName());
-    const Move move{to, source, destination, checksum, checkChecksum};
+    const Move move{source, to, destination, checksum, checkChecksum};
     Error error = QFileInfo(destination).isFile() ? discardDuplicate(move) : moveNew(move);
     if (!error.hasError())
         ::sync();
