@@ -32,9 +32,12 @@ bool FsHelper::checkFreeSpace(DirLocation location, qint64 bytes)
     const QString path = dirLocationToFullPath(location);
     struct statvfs storage {
     };
-    if (::statvfs(path.isEmpty() ? "." : QFile::encodeName(path).constData(), &storage) != 0)
-        return false;
-    return static_cast<qint64>(storage.f_bavail * storage.f_frsize) >= bytes;
+    const int result =
+        ::statvfs(path.isEmpty() ? "." : QFile::encodeName(path).constData(), &storage);
+    const qint64 available =
+        result != 0 ? -1
+                    : static_cast<qint64>(storage.f_bavail) * static_cast<qint64>(storage.f_frsize);
+    return available >= bytes;
 }
 
 Error FsHelper::removeEntireDataDir()
