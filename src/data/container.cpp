@@ -55,12 +55,13 @@ void copyInChunks(QFile &input, QFile &output)
         output.write(chunk.data(), length);
 }
 
-/// Removes what could not be completed. Not QFile's own remove: that gives up where the closing
-/// flush fails, which is what a full disk does.
+/// Removes what could not be completed, but no pipe or device, which nothing here has made. Not
+/// QFile's own remove: that gives up where the closing flush fails, which is what a full disk does.
 void discard(QFile &output)
 {
     output.close();
-    QFile::remove(output.fileName());
+    if (QFileInfo(output.fileName()).isFile())
+        QFile::remove(output.fileName());
 }
 
 Error writeContainer(QFile &input, container::Type type, QFile &output)
