@@ -44,10 +44,11 @@ class Config(World):
             ("/device/audio=yes", '/device/audio takes true or false, not "yes"'),
             ("/network/datport=1", f'unknown setting "/network/datport", did you mean "{PORT}"?'),
             ("/device/lang", '"/device/lang" is no KEY=VALUE'),
+            ("device/lang=fr", "a setting is given twice"),
         ):
             self.auxctl("config", "set", "/device/lang=de_DE", wrong, status=2)
             self.assertIn(reason, self.errors)
-            error = self.json("config", "set", wrong, status=2)["error"]
+            error = self.json("config", "set", "/device/lang=de_DE", wrong, status=2)["error"]
             self.assertEqual((error[0]["domain"], error[0]["id"]), ("auxctl", 2))
         self.assertEqual(SETTINGS.read_bytes(), before)
 
@@ -78,7 +79,8 @@ class Config(World):
         self.auxctl("config", "get", PORT, status=2)
         self.assertIn("one/first, two/second", self.errors)
         self.assertEqual(self.auxctl("config", "get", PORT, "--app", "two/second"), "2\n")
-        self.auxctl("config", "get", PORT, "--app", "../x", status=2)
+        for wrong in ("../x", "./x", "x", "a/b/c", "/x"):
+            self.auxctl("config", "get", PORT, "--app", wrong, status=2)
 
     def test_nothing_is_called_written_that_was_not(self):
         self.auxctl("config", "set", f"{PORT}=1")
@@ -87,6 +89,16 @@ class Config(World):
         self.auxctl("config", "set", f"{PORT}=2", status=1)
         self.assertIn(f"cannot write {SETTINGS}", self.errors)
         self.assertEqual(self.auxctl("config", "get", PORT), "1\n")
+
+    def test_a_file_that_says_nothing_is_not_taken_for_defaults(self):
+        SETTINGS.write_text("{broken")
+        for arguments in (("show",), ("get", PORT), ("changed",), ("set", f"{PORT}=1")):
+            self.auxctl("config", *arguments, status=1)
+            self.assertIn(f"{SETTINGS} holds no JSON object", self.errors)
+        self.assertEqual(SETTINGS.read_text(), "{broken")
+        SETTINGS.chmod(0)
+        self.auxctl("config", "get", PORT, status=1)
+        self.auxctl("config", "validate", SETTINGS, status=1)
 
     def test_validation_agrees_with_the_schema(self):
         schema = json.loads(self.auxctl("config", "schema"))

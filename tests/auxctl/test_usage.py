@@ -1,9 +1,13 @@
 # SPDX-License-Identifier: MIT
+import pathlib
 import re
+import shutil
 import subprocess
 import unittest
 
-from world import AUXCTL, World
+from world import World
+
+FAKES = pathlib.Path(__file__).resolve().parent.parent / "fakes"
 
 
 class Usage(World):
@@ -14,7 +18,7 @@ class Usage(World):
         manual = self.auxctl("manual").replace("\\-", "-")
         for command in commands:
             self.assertIn(f"auxctl {command}", manual)
-            self.assertIn(f"auxctl [options] {command}", self.auxctl(*command.split(), "--help"))
+            self.assertIn(f"auxctl {command}", self.auxctl(*command.split(), "-h").splitlines()[0])
         rendered = subprocess.run(["man", "-l", "--warnings", "-"], input=self.auxctl("manual").encode(),
                                   capture_output=True, check=False)
         self.assertEqual(rendered.stderr, b"")
@@ -31,6 +35,7 @@ COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _auxctl; printf '%s ' "${COMPREPLY[@]
         self.assertEqual(self.complete("auxctl", "container", "u"), ["unpack"])
         self.assertEqual(self.complete("auxctl", "container", "unpack", "--f"), ["--force"])
         self.assertEqual(self.complete("auxctl", "wifi", "kill", "--y"), ["--yes"])
+        self.assertEqual(self.complete("auxctl", "--json", "config", "val"), ["validate"])
 
     def test_wrong_calls(self):
         for arguments, reason in (
@@ -41,6 +46,7 @@ COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _auxctl; printf '%s ' "${COMPREPLY[@]
             (("country", "x"), '"x" is no number'),
             (("info", "--nonsense"), "nonsense"),
             (("link", "../eth0"), "is no interface"),
+            (("link", ""), "an argument is empty"),
             (("remount-ro", "/x; reboot", "--yes"), "no plain absolute path"),
             (("clock", "set", "tomorrow", "--yes"), "is no time"),
         ):
@@ -51,6 +57,7 @@ COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _auxctl; printf '%s ' "${COMPREPLY[@]
     def test_codes_and_identity(self):
         self.assertEqual(self.json("country", "13"), {"country": "D"})
         self.assertEqual(self.auxctl("--version"), "auxctl 2.1.0.14\n")
+        self.assertEqual(self.json("--version"), {"version": "auxctl 2.1.0.14"})
         told = self.json("info")["info"]
         self.assertEqual(told["version"], "2.1.0.14")
         self.assertEqual(told["network"]["active"], "none")
@@ -67,12 +74,34 @@ COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _auxctl; printf '%s ' "${COMPREPLY[@]
                              "SystemHelper: cannot open wpa_supplicant control interface")
         self.auxctl("clock", "set", "2026-01-31T12:00:00Z", "--yes", status=1)  # not allowed here
         self.assertIn("CAP_SYS_TIME", self.errors)
-        subprocess.run(["mount", "-t", "tmpfs", "ro", self.work], check=True)
+        subprocess.run(["mount", "-t", "ramfs", "ro", self.work], check=True)
         self.addCleanup(subprocess.run, ["umount", self.work], check=True)
+        (self.work / "below").mkdir()
         self.auxctl("remount-ro", self.work, "--yes")
         with self.assertRaises(OSError):
             (self.work / "f").write_text("x")
-        self.auxctl("remount-ro", "/nowhere", "--yes", status=1)
+        for wrong in ("/nowhere", self.work / "below"):
+            self.auxctl("remount-ro", wrong, "--yes", status=1)
+
+    def test_wifi_with_the_machines_own_daemon(self):
+        daemon = pathlib.Path("/usr/sbin/wpa_supplicant")
+        pathlib.Path("/run/real").mkdir()
+        shutil.copy(daemon, "/run/real")
+        subprocess.run(["mount", "--bind", FAKES / "wpa_supplicant", daemon], check=True)
+        self.addCleanup(subprocess.run, ["umount", daemon], check=True)
+        settings = pathlib.Path("/etc/wpa_supplicant.conf")
+        settings.unlink(missing_ok=True)
+        settings.write_text("ctrl_interface=/var/run/wpa_supplicant\n")
+        subprocess.run(["ip", "link", "add", "wlan0", "type", "veth", "peer", "name", "peer"], check=True)
+        # What the daemon prints does not get into the document.
+        self.assertEqual(self.json("wifi", "start"), {"wifi": "started"})
+        self.assertEqual(self.json("wifi", "scan"), {"networks": []})
+        self.assertIn("ask again", self.auxctl("wifi", "scan"))
+        self.assertEqual(self.json("wifi", "status"), {"wifi": {"connected": False, "quality": 0}})
+        self.assertEqual(self.json("wifi", "kill", "--yes"), {"wifi": "killed"})
+        settings.write_text("nonsense\n")
+        self.assertEqual(self.json("wifi", "start", status=1)["error"][0]["message"],
+                         "SystemHelper: cannot start wpa_supplicant")
 
     def test_colour_only_on_a_terminal(self):
         self.auxctl("nonsense", status=2)

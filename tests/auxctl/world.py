@@ -45,7 +45,10 @@ class World(unittest.TestCase):
         """Runs it on a terminal of its own; exit status and everything that was shown."""
         child, terminal = pty.fork()
         if child == 0:
-            os.execve(AUXCTL, [AUXCTL, *arguments], {**os.environ, **(environment or {})})
+            try:
+                os.execve(AUXCTL, [AUXCTL, *arguments], {**os.environ, **(environment or {})})
+            finally:
+                os._exit(127)
         os.write(terminal, answer.encode())
         shown = b""
         while True:

@@ -27,7 +27,7 @@ struct Invocation {
 };
 
 struct Option {
-    const char *name;
+    const char *name;  // a short one may stand before it: "h|help"
     const char *value; // what to give with it; null for a switch
     const char *summary;
 };
@@ -37,6 +37,7 @@ struct Command {
     const char *name;      // one word or two
     const char *arguments; // as the usage shows them: [X] may be left out, X... may be repeated
     const char *key;       // what the result stands under in JSON
+    const char *shape;     // and what the result is there
     const char *summary;
     std::vector<Option> options;
     Outcome (*run)(const Invocation &);

@@ -54,7 +54,8 @@ Outcome unknownCommand(const QStringList &arguments)
 void declare(QCommandLineParser &parser, const std::vector<Option> &options)
 {
     for (const Option &option : options)
-        parser.addOption(QCommandLineOption(option.name, option.summary, option.value));
+        parser.addOption(
+            QCommandLineOption(QString(option.name).split('|'), option.summary, option.value));
 }
 
 std::shared_ptr<QCommandLineParser> makeParser(const Command *command)
@@ -63,9 +64,6 @@ std::shared_ptr<QCommandLineParser> makeParser(const Command *command)
     declare(*parser, commonOptions());
     if (command == nullptr)
         return parser;
-    parser->setApplicationDescription(command->summary);
-    parser->addPositionalArgument(command->name, command->arguments,
-                                  QString(command->name) + ' ' + command->arguments);
     declare(*parser, command->options);
     if (command->warning != nullptr)
         declare(*parser, {yesOption});
@@ -78,6 +76,8 @@ Outcome runCommand(const Command &command, const QCommandLineParser &parser)
     if (arguments.size() < command.minimumArguments() ||
         arguments.size() > command.maximumArguments())
         return misused(QStringLiteral("usage: auxctl %1 %2").arg(command.name, command.arguments));
+    if (arguments.contains(QString()))
+        return misused("an argument is empty");
     const Invocation invocation{arguments,
                                 [&parser](const QString &name) { return parser.value(name); },
                                 [&parser](const QString &name) { return parser.isSet(name); }};
@@ -93,7 +93,7 @@ Outcome dispatch(const Command *command, const QCommandLineParser &parser, bool 
                  const QStringList &rest)
 {
     if (parser.isSet("help"))
-        return plainText(command == nullptr ? overview() : parser.helpText().trimmed());
+        return plainText(command == nullptr ? overview() : helpFor(*command));
     if (parser.isSet("version"))
         return plainText("auxctl " + aux::SystemInfo::getVersion());
     if (command == nullptr)
@@ -101,6 +101,16 @@ Outcome dispatch(const Command *command, const QCommandLineParser &parser, bool 
     if (!parsed)
         return misused(parser.errorText());
     return runCommand(*command, parser);
+}
+
+/// What the result stands under in JSON.
+QString keyOf(const Command *command, const QCommandLineParser &parser)
+{
+    for (const char *option : {"help", "version"}) {
+        if (parser.isSet(option))
+            return option;
+    }
+    return command == nullptr ? QString() : command->key;
 }
 
 } // namespace
@@ -111,8 +121,7 @@ Call parse(const QStringList &arguments)
     const Command *command = takeCommand(rest);
     const auto parser = makeParser(command);
     const bool parsed = parser->parse(QStringList("auxctl") + rest);
-    const Format format{parser->isSet("json"), command == nullptr ? QString() : command->key,
-                        parser->isSet("debug")};
+    const Format format{parser->isSet("json"), keyOf(command, *parser), parser->isSet("debug")};
     return {[=] { return dispatch(command, *parser, parsed, rest); }, format};
 }
 

@@ -1,6 +1,9 @@
 # Completes auxctl in bash; made by "auxctl completion".
 _auxctl() {
-    local current=${COMP_WORDS[COMP_CWORD]} typed="${COMP_WORDS[*]:1:COMP_CWORD-1}" words="" name
+    local current=${COMP_WORDS[COMP_CWORD]} typed="" words="" name
+    for name in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+        [[ $name == -* ]] || typed+="${typed:+ }$name"
+    done
     for name in @NAMES@; do
         case "$name" in
         "$typed") ;;

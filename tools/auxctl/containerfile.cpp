@@ -15,6 +15,11 @@ const QStringList typeNames{"DDDF", "LOGF", "CFGF", "GPGF", "UPDF"};
 
 } // namespace
 
+bool isFileName(const QString &name)
+{
+    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/');
+}
+
 QString typeName(aux::container::Type type)
 {
     return typeNames.value(static_cast<int>(type));

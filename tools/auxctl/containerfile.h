@@ -20,7 +20,7 @@ public:
     [[nodiscard]] const aux::Error &error() const { return m_error; }
     [[nodiscard]] const aux::container::Header &header() const { return m_header; }
     [[nodiscard]] bool isComplete() const;
-    /// Reads the payload and compares its digest with the header's.
+    /// Reads the payload, all of which must be there, and compares its digest with the header's.
     [[nodiscard]] bool hasDigest();
 
     /// What the header says, and whether the file is long enough for it.
@@ -31,6 +31,9 @@ private:
     aux::container::Header m_header;
     aux::Error m_error;
 };
+
+/// Whether it can be the name of a file in a directory.
+bool isFileName(const QString &name);
 
 /// The name of a known type.
 QString typeName(aux::container::Type type);

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "help.h"
 
-#include "command.h"
-
 #include <aux/systeminfo.h>
 
 #include <QFile>
@@ -18,9 +16,14 @@ QString callOf(const Command &command)
     return QStringLiteral("auxctl %1 %2").arg(command.name, command.arguments).trimmed();
 }
 
+QString longName(const Option &option)
+{
+    return QStringLiteral("--") + QString(option.name).section('|', -1);
+}
+
 QString spelled(const Option &option)
 {
-    const QString name = QStringLiteral("--") + option.name;
+    const QString name = longName(option);
     return option.value == nullptr ? name : name + ' ' + option.value;
 }
 
@@ -45,7 +48,7 @@ QString completionCase(const Command &command)
     QStringList words;
     for (const std::vector<Option> &options : {optionsOf(command), commonOptions()}) {
         for (const Option &option : options)
-            words += QStringLiteral("--") + option.name;
+            words += longName(option);
     }
     return QStringLiteral("        \"%1\"*) words=\"%2\" ;;").arg(command.name, words.join(' '));
 }
@@ -57,8 +60,9 @@ QString troff(QString text)
 
 QString manualEntry(const Command &command)
 {
-    QString entry = QStringLiteral(".TP\n.B %1\n%2. JSON key: \"%3\".\n")
-                        .arg(troff(callOf(command)), troff(command.summary), command.key);
+    QString entry =
+        QStringLiteral(".TP\n.B %1\n%2.\n.br\nJSON: {\"%3\": %4}\n")
+            .arg(troff(callOf(command)), troff(command.summary), command.key, troff(command.shape));
     for (const Option &option : optionsOf(command))
         entry +=
             QStringLiteral(".br\n.B %1\n%2.\n").arg(troff(spelled(option)), troff(option.summary));
@@ -83,6 +87,16 @@ QString overview()
            alignedText(rows) + QStringLiteral("\n\nOptions of every command:\n") +
            optionLines(commonOptions()) +
            QStringLiteral("\n\nExit status: 0 done, 1 failed, 2 wrong call, 3 a check said no.");
+}
+
+QString helpFor(const Command &command)
+{
+    const QString json = QStringLiteral("JSON: {\"%1\": %2}").arg(command.key, command.shape);
+    QStringList parts{callOf(command), command.summary, optionLines(commonOptions()), json};
+    const QString own = optionLines(optionsOf(command));
+    if (!own.isEmpty())
+        parts.insert(2, own);
+    return parts.join(QStringLiteral("\n\n"));
 }
 
 QString bashCompletion()

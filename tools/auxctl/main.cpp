@@ -7,6 +7,7 @@
 
 int main(int argc, char **argv)
 {
+    auxctl::divertOutput();
     auxctl::collectDiagnostics();
     const QCoreApplication application(argc, argv);
     const auxctl::Call call = auxctl::parse(QCoreApplication::arguments().mid(1));

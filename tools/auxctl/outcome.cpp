@@ -48,7 +48,18 @@ QString valueText(const QJsonValue &value)
         return nestedText(value);
     if (value.isDouble())
         return QString::number(value.toDouble(), 'f', 0);
-    return value.toVariant().toString();
+    return printable(value.toVariant().toString());
+}
+
+QString printable(QString text)
+{
+    for (int index = text.size() - 1; index >= 0; --index) {
+        const QChar letter = text[index];
+        if (letter.category() == QChar::Other_Control)
+            text.replace(index, 1,
+                         QStringLiteral("\\x%1").arg(letter.unicode(), 2, 16, QLatin1Char('0')));
+    }
+    return text;
 }
 
 QString alignedText(const QVector<QStringList> &rows)
@@ -114,7 +125,9 @@ aux::Error problem(const QString &message, ExitStatus status)
 
 Outcome failed(aux::Error error)
 {
-    return {ExitStatus::Failed, std::move(error), {}, {}};
+    const bool isOwn = error.getDomain() == ownDomain;
+    const auto status = isOwn ? static_cast<ExitStatus>(error.getId()) : ExitStatus::Failed;
+    return {status, std::move(error), {}, {}};
 }
 
 Outcome failed(const QString &message)
@@ -124,7 +137,7 @@ Outcome failed(const QString &message)
 
 Outcome misused(const QString &message)
 {
-    return {ExitStatus::Usage, problem(message, ExitStatus::Usage), {}, {}};
+    return failed(problem(message, ExitStatus::Usage));
 }
 
 Outcome answered(bool yes, Outcome outcome)

@@ -36,6 +36,8 @@ Outcome record(const Record &fields);
 Outcome table(const QVector<Record> &rows);
 /// Lines of aligned columns.
 QString alignedText(const QVector<QStringList> &rows);
+/// Text without control characters, which would act on the terminal: "\\x1b" for an escape.
+QString printable(QString text);
 /// A value the way it is printed and typed.
 QString valueText(const QJsonValue &value);
 
@@ -45,6 +47,7 @@ constexpr const char *ownDomain = "auxctl";
 /// An entry of this program's own; its id is the exit status that goes with it.
 aux::Error problem(const QString &message, ExitStatus status = ExitStatus::Failed);
 
+/// The outcome that goes with an error, one of the library or a problem().
 Outcome failed(aux::Error error);
 Outcome failed(const QString &message);
 /// The call was wrong.

@@ -7,10 +7,11 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <cstdio>
+#include <csignal>
 #include <iostream>
 #include <sstream>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace auxctl
@@ -38,7 +39,7 @@ QByteArray document(const Outcome &outcome, const QString &key)
     return QJsonDocument(object).toJson();
 }
 
-QByteArray standardOutput(const Outcome &outcome, const Format &format)
+QByteArray result(const Outcome &outcome, const Format &format)
 {
     if (format.isJson)
         return document(outcome, format.key);
@@ -59,12 +60,25 @@ void printError(const aux::Error &error)
 
 bool writeAll(const QByteArray &bytes)
 {
-    return std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout) ==
-               static_cast<std::size_t>(bytes.size()) &&
-           std::fflush(stdout) == 0;
+    std::signal(SIGPIPE, SIG_DFL); // QProcess ignores it; a reader that has enough is no failure
+    const auto size = static_cast<std::size_t>(bytes.size());
+    return std::fwrite(bytes.constData(), 1, size, standardOutput()) == size &&
+           std::fflush(standardOutput()) == 0;
 }
 
 } // namespace
+
+std::FILE *standardOutput()
+{
+    static std::FILE *const output = fdopen(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0), "w");
+    return output != nullptr ? output : stdout;
+}
+
+void divertOutput()
+{
+    if (standardOutput() != stdout)
+        dup2(STDERR_FILENO, STDOUT_FILENO);
+}
 
 bool errorTakesColour()
 {
@@ -80,7 +94,7 @@ ExitStatus print(const Outcome &outcome, const Format &format)
     }
     if (outcome.error.hasError())
         printError(outcome.error);
-    if (!writeAll(standardOutput(outcome, format))) {
+    if (!writeAll(result(outcome, format))) {
         printError(problem(QStringLiteral("cannot write to standard output")));
         return ExitStatus::Failed;
     }

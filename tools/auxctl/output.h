@@ -4,6 +4,8 @@
 
 #include "outcome.h"
 
+#include <cstdio>
+
 namespace auxctl
 {
 
@@ -19,6 +21,11 @@ struct Format {
 /// Standard error gets the chain of a failure, newest first, the reason of an answer no, and the
 /// library's diagnostic lines where they are asked for.
 ExitStatus print(const Outcome &outcome, const Format &format);
+
+/// Where the result goes. Standard output itself leads to standard error after divertOutput(), so
+/// that what the programs print which the library runs does not get into the result.
+std::FILE *standardOutput();
+void divertOutput();
 
 /// Tells whether standard error takes colours: a terminal, and NO_COLOR is not set.
 bool errorTakesColour();

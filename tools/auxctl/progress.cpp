@@ -36,7 +36,7 @@ qint64 positionIn(const QString &path)
 
 } // namespace
 
-Progress::Progress(const QString &path) : m_path(QFileInfo(path).canonicalFilePath())
+Progress::Progress(const QString &path) : m_path(QFileInfo(path).absoluteFilePath())
 {
     if (isatty(STDERR_FILENO) != 0)
         m_thread = std::thread(&Progress::watch, this);
@@ -56,13 +56,15 @@ Progress::~Progress()
 
 void Progress::watch()
 {
-    const qint64 size = std::max<qint64>(1, QFileInfo(m_path).size());
     bool isShown = false;
     std::unique_lock lock(m_mutex);
     while (!m_wake.wait_for(lock, isShown ? 200ms : 1000ms, [this] { return m_isDone; })) {
+        const QFileInfo file(m_path);
+        if (file.size() == 0) // not there yet
+            continue;
         isShown = true;
-        std::cerr << '\r' << m_path.toStdString() << ' ' << 100 * positionIn(m_path) / size << " %"
-                  << std::flush;
+        std::cerr << '\r' << m_path.toStdString() << ' '
+                  << 100 * positionIn(file.canonicalFilePath()) / file.size() << " %" << std::flush;
     }
     if (isShown)
         std::cerr << "\r\033[K" << std::flush;

@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QJsonDocument>
 
 #include <algorithm>
 #include <array>
@@ -18,11 +20,6 @@ namespace
 {
 
 using aux::SettingsCode;
-
-QString keyPath(const QString &key)
-{
-    return key.startsWith('/') ? key : '/' + key;
-}
 
 /// The applications that have a settings file, as ORG/NAME.
 QStringList applications()
@@ -41,14 +38,34 @@ QStringList applications()
 bool become(const QString &application)
 {
     const QStringList names = application.split('/');
-    if (names.size() != 2 || names.contains(QString()) || names.contains(".."))
+    if (names.size() != 2 || names.contains(QString()) || names.contains("..") ||
+        names.contains("."))
         return false;
     QCoreApplication::setOrganizationName(names[0]);
     QCoreApplication::setApplicationName(names[1]);
     return true;
 }
 
+/// Fails where there is a settings file that says nothing: its settings would look like defaults,
+/// and the next write would replace it.
+aux::Error checkFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists())
+        return {};
+    if (!file.open(QIODevice::ReadOnly))
+        return problem(QStringLiteral("cannot open %1: %2").arg(path, file.errorString()));
+    if (!QJsonDocument::fromJson(file.readAll()).isObject())
+        return problem(QStringLiteral("%1 holds no JSON object").arg(path));
+    return {};
+}
+
 } // namespace
+
+QString keyPath(const QString &key)
+{
+    return key.startsWith('/') ? key : '/' + key;
+}
 
 bool Setting::isSecret() const
 {
@@ -105,7 +122,8 @@ Outcome withConfiguration(const Invocation &invocation,
         return misused(QStringLiteral("\"%1\" is no ORG/NAME").arg(application));
     aux::Configuration configuration;
     configuration.init();
-    return function(configuration);
+    aux::Error error = checkFile(configuration.getFileName());
+    return error.hasError() ? failed(std::move(error)) : function(configuration);
 }
 
 QJsonValue shownValue(const Setting &setting, const QVariant &value, bool reveal)

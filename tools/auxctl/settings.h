@@ -20,11 +20,14 @@ struct Setting {
     [[nodiscard]] bool isSecret() const;
 };
 
+/// A key as the catalogue has it; the leading "/" may be missing.
+QString keyPath(const QString &key);
+
 /// All settings in the order of their codes.
 QVector<Setting> allSettings();
 
-/// Runs the function with the settings of these keys, of all without any; a key may lack its
-/// leading "/". Usage with the nearest key where one is unknown.
+/// Runs the function with the settings of these keys, of all without any; Usage with the nearest
+/// key where one is unknown.
 Outcome withSettings(const QStringList &keys,
                      const std::function<Outcome(const QVector<Setting> &)> &function);
 

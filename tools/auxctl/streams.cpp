@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "streams.h"
 
+#include "output.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -37,6 +39,11 @@ bool copy(const QString &path, const char *mode, std::FILE *stream)
     return std::fclose(file) == 0 && copied;
 }
 
+aux::Error noTemporaryDirectory(const QTemporaryDir &directory)
+{
+    return problem(QStringLiteral("cannot make a temporary directory: ") + directory.errorString());
+}
+
 } // namespace
 
 InputFile::InputFile(const QString &argument, const QString &name) : m_path(argument)
@@ -45,6 +52,10 @@ InputFile::InputFile(const QString &argument, const QString &name) : m_path(argu
     if (!isStream && name.isEmpty())
         return;
     m_directory = std::make_unique<QTemporaryDir>();
+    if (!m_directory->isValid()) {
+        m_error = noTemporaryDirectory(*m_directory);
+        return;
+    }
     m_path = m_directory->filePath(name.isEmpty() ? QStringLiteral("stdin") : name);
     const bool made = isStream ? copy(m_path, "wb", stdin)
                                : QFile::link(QFileInfo(argument).absoluteFilePath(), m_path);
@@ -60,6 +71,8 @@ OutputPlace::OutputPlace(const Invocation &invocation, int index, const QString 
     if (invocation.isSet("json"))
         m_error = problem("standard output takes either the file or --json", ExitStatus::Usage);
     m_directory = std::make_unique<QTemporaryDir>();
+    if (!m_directory->isValid())
+        m_error = noTemporaryDirectory(*m_directory);
 }
 
 QString OutputPlace::directory() const
@@ -76,7 +89,8 @@ Outcome OutputPlace::deliver(const QString &path, Outcome outcome) const
 {
     if (!isStandardOutput())
         return outcome;
-    return copy(path, "rb", stdout) ? Outcome() : failed("cannot write to standard output");
+    return copy(path, "rb", standardOutput()) ? Outcome()
+                                              : failed("cannot write to standard output");
 }
 
 } // namespace auxctl

@@ -52,16 +52,20 @@ bool isOnDisk(const QString &fileName, const QVector<Setting> &settings, const V
     return true;
 }
 
+/// The file is written once for all of them.
 Outcome writeAll(aux::Configuration &configuration, const QVector<Setting> &settings,
                  const Values &values)
 {
     Record written;
-    for (int index = 0; index < settings.size(); ++index) {
-        configuration.setValue(settings[index].code, values[index]);
-        written += {settings[index].key(), shownValue(settings[index], values[index], false)};
+    {
+        QSettings file; // that of the configuration
+        for (int index = 0; index < settings.size(); ++index) {
+            file.setValue(settings[index].key(), values[index]);
+            written += {settings[index].key(), shownValue(settings[index], values[index], false)};
+        }
     }
     if (!isOnDisk(configuration.getFileName(), settings, values)) {
-        configuration.rollback(aux::SettingsArea::All);
+        configuration.rollback(aux::SettingsArea::All); // nothing may be written later on
         return failed(QStringLiteral("cannot write %1").arg(configuration.getFileName()));
     }
     configuration.commit();
@@ -77,9 +81,11 @@ Outcome configSet(const Invocation &invocation)
     for (const QString &assignment : invocation.arguments) {
         if (!assignment.contains('='))
             return misused(QStringLiteral("\"%1\" is no KEY=VALUE").arg(assignment));
-        keys += assignment.section('=', 0, 0);
+        keys += keyPath(assignment.section('=', 0, 0));
         texts += assignment.section('=', 1);
     }
+    if (keys.removeDuplicates() > 0)
+        return misused("a setting is given twice");
     return withSettings(keys, [&](const QVector<Setting> &settings) {
         Values values;
         for (int index = 0; index < settings.size(); ++index) {

@@ -4,7 +4,7 @@
 
 #include <aux/configuration.h>
 
-#include <QFileInfo>
+#include <QFile>
 
 namespace auxctl
 {
@@ -19,8 +19,9 @@ Outcome configValidate(const Invocation &invocation)
     aux::Error error = aux::Configuration::validateConfigFile(input.path());
     if (!error.hasError())
         return {ExitStatus::Done, {}, true, "valid"};
-    return QFileInfo::exists(input.path()) ? answered(false, failed(std::move(error)))
-                                           : failed(std::move(error));
+    // Not a fault of the contents where there are none to be read.
+    return QFile(input.path()).open(QIODevice::ReadOnly) ? answered(false, failed(std::move(error)))
+                                                         : failed(std::move(error));
 }
 
 } // namespace auxctl

@@ -15,9 +15,11 @@ Outcome containerPack(const Invocation &invocation)
     const auto type = typeFromName(typeName);
     if (type == aux::container::Type::Unknown)
         return misused(QStringLiteral("unknown type \"%1\"").arg(typeName));
+    if (invocation.isSet("name") && !isFileName(invocation.value("name")))
+        return misused(QStringLiteral("\"%1\" is no file name").arg(invocation.value("name")));
     const OutputPlace output(invocation, 1);
     if (output.error().hasError())
-        return {ExitStatus::Usage, output.error(), {}, {}};
+        return failed(output.error());
     const InputFile input(invocation.argument(0), invocation.value("name"));
     if (input.error().hasError())
         return failed(input.error());

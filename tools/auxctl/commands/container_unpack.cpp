@@ -26,15 +26,22 @@ Outcome containerUnpack(const Invocation &invocation)
 {
     const OutputPlace output(invocation, 1, QStringLiteral("."));
     if (output.error().hasError())
-        return {ExitStatus::Usage, output.error(), {}, {}};
+        return failed(output.error());
     const InputFile input(invocation.argument(0));
     if (input.error().hasError())
         return failed(input.error());
 
     QString path = invocation.value("name");
-    const QString expected = expectedPath(ContainerFile(input.path()), output.directory(), path);
-    if (!expected.isEmpty() && aux::isOccupied(expected) && !invocation.isSet("force"))
-        return failed(QStringLiteral("%1 exists already, --force overwrites it").arg(expected));
+    if (invocation.isSet("name") && !isFileName(path))
+        return misused(QStringLiteral("\"%1\" is no file name").arg(path));
+    ContainerFile container(input.path());
+    const QString expected = expectedPath(container, output.directory(), path);
+    if (!expected.isEmpty() && aux::isOccupied(expected)) {
+        if (!invocation.isSet("force"))
+            return failed(QStringLiteral("%1 exists already, --force overwrites it").arg(expected));
+        if (!container.hasDigest()) // the library would find out when the file is gone
+            return failed(QStringLiteral("%1 is damaged, %2 stays").arg(input.path(), expected));
+    }
 
     const Progress progress(expected);
     auto type = aux::DataHelper::ZEL_FILE_TYPE::Unknown;

@@ -33,6 +33,9 @@ Outcome filesFree(const Invocation &invocation)
         const auto bytes = bytesFromText(invocation.argument(1));
         if (!bytes)
             return misused(QStringLiteral("\"%1\" is no size").arg(invocation.argument(1)));
+        aux::Error error = aux::FsHelper::createDirList(location).first;
+        if (error.hasError())
+            return failed(std::move(error));
         const bool isFree = aux::FsHelper::checkFreeSpace(location, *bytes);
         return answered(isFree, {ExitStatus::Done, {}, isFree, isFree ? "free" : "not free"});
     });

@@ -4,6 +4,8 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
+
 namespace auxctl
 {
 
@@ -13,7 +15,9 @@ Outcome filesList(const Invocation &invocation)
         auto [error, names] = aux::FsHelper::createDirList(location);
         if (error.hasError())
             return failed(std::move(error));
-        return Outcome{ExitStatus::Done, {}, QJsonArray::fromStringList(names), names.join('\n')};
+        const QJsonArray json = QJsonArray::fromStringList(names);
+        std::transform(names.begin(), names.end(), names.begin(), printable);
+        return Outcome{ExitStatus::Done, {}, json, names.join('\n')};
     });
 }
 

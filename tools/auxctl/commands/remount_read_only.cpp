@@ -4,6 +4,7 @@
 
 #include <aux/systemhelper.h>
 
+#include <QDir>
 #include <QRegularExpression>
 #include <QStorageInfo>
 
@@ -19,8 +20,8 @@ Outcome remountReadOnly(const Invocation &invocation)
         return misused(QStringLiteral("\"%1\" is no plain absolute path").arg(mountPoint));
     aux::SystemHelper::remountReadOnly(mountPoint);
     const QStorageInfo storage(mountPoint);
-    if (!storage.isValid() || !storage.isReadOnly())
-        return failed(QStringLiteral("%1 is not read-only").arg(mountPoint));
+    if (!storage.isReadOnly() || storage.rootPath() != QDir(mountPoint).canonicalPath())
+        return failed(QStringLiteral("%1 is no mount point, or still writable").arg(mountPoint));
     return plainText(mountPoint);
 }
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
+#include "diagnostics.h"
 
 #include <aux/systemhelper.h>
+
+#include <QRegularExpression>
 
 #include <functional>
 
@@ -29,11 +32,19 @@ Outcome wifiScan(const Invocation &)
 {
     return withSupplicant([](wpa_ctrl *control) {
         QVector<Record> networks;
-        for (const SystemHelper::WifiInfo &network : SystemHelper::wpaNetworkScan(control))
+        const auto found = SystemHelper::wpaNetworkScan(control);
+        const QStringList reasons =
+            takeDiagnostics().filter(QRegularExpression("^wpaNetworkScan "));
+        if (!reasons.isEmpty()) // the only trace of a failure
+            return failed(reasons.join(' '));
+        for (const SystemHelper::WifiInfo &network : found)
             networks += {{"quality", network.quality},
                          {"security", network.security},
                          {"essid", network.essid}};
-        return table(networks);
+        Outcome outcome = table(networks);
+        if (networks.isEmpty())
+            outcome.text = "no network is known yet; the scan goes on, ask again";
+        return outcome;
     });
 }
 
@@ -41,6 +52,10 @@ Outcome wifiStatus(const Invocation &)
 {
     return withSupplicant([](wpa_ctrl *control) {
         const auto [quality, isConnected] = SystemHelper::wpaNetworkStatus(control);
+        const QStringList reasons =
+            takeDiagnostics().filter(QRegularExpression("^wpaNetworkStatus "));
+        if (!reasons.isEmpty())
+            return failed(reasons.join(' '));
         return record({{"connected", isConnected}, {"quality", quality}});
     });
 }
