@@ -18,6 +18,13 @@ extern "C" void sync() noexcept // the library's
     ++syncs;
 }
 
+static int flushesBeforeRemoval = 0;
+extern "C" int syncfs(int) noexcept // the library's
+{
+    flushesBeforeRemoval += QFile::exists(inNew + "f") ? 1 : 0;
+    return 0;
+}
+
 namespace
 {
 
@@ -39,6 +46,7 @@ private Q_SLOTS:
     {
         clearDataDirectories();
         syncs = 0;
+        flushesBeforeRemoval = 0;
     }
 
     void newFile_data()
@@ -88,7 +96,7 @@ private Q_SLOTS:
                                     << "corrupt" << wrong << mismatch;
         QTest::newRow("missing") << "g" << QString() << QString() << missing;
         QTest::newRow("NUL in the name")
-            << QString("f\0g").leftJustified(3) << QString() << QString() << missing;
+            << QString::fromLatin1("f\0g", 3) << QString() << QString() << missing;
         QTest::newRow("owner may not read") << "unreadable" << QString() << wrong
                                             << "libaux FileHandler: cannot read source file 10003";
         QTest::newRow("destination is a directory") << "f"
@@ -145,6 +153,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(inNew + "f"));
         QCOMPARE(read(inArchive + "f"), there);
         QCOMPARE(syncs, 1);
+        QCOMPARE(flushesBeforeRemoval, 1);
     }
 
     void moveOntoItselfKeepsTheFile()
@@ -163,6 +172,8 @@ private Q_SLOTS:
         QVERIFY(QFile(inNew + "link").exists());
         QCOMPARE(read(inNew + "f"), QByteArray("content"));
         ::link(qPrintable(inNew + "f"), qPrintable(inNew + "hard"));
+        QCOMPARE(moveHere("f", {}, "link"), QString()); // which would dangle
+        QVERIFY(QFile::exists(inNew + "link"));
         QCOMPARE(moveHere("f", {}, "hard"), QString()); // a hard link is a second name
         QVERIFY(!QFile::exists(inNew + "f"));
         QCOMPARE(read(inNew + "hard"), QByteArray("content"));

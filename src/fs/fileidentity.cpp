@@ -56,7 +56,9 @@ bool isOccupied(const QString &path)
 
 bool isOnlyName(const QString &path, const QString &otherPath)
 {
-    if (isSameEntry(QFileInfo(path), QFileInfo(otherPath)))
+    const QFileInfo other(otherPath);
+    if (isSameEntry(QFileInfo(path), other) ||
+        isSameEntry(QFileInfo(path), QFileInfo(other.canonicalFilePath())))
         return true;
     const std::optional<Status> entry = statusOfEntry(path);
     return entry && entry->st_nlink == 1 && areSame(entry, statusOf(otherPath));

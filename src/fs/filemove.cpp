@@ -70,6 +70,18 @@ Error moveNew(const Move &move)
     return {};
 }
 
+/// Brings the file, which may have arrived just now, to the storage.
+bool flush(const QString &path)
+{
+    const QByteArray directory = QFile::encodeName(QFileInfo(path).path());
+    const int descriptor = ::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const bool flushed = ::syncfs(descriptor) == 0;
+    ::close(descriptor);
+    return flushed;
+}
+
 Error discardDuplicate(const Move &move)
 {
     const QString source = move.source.filePath();
@@ -78,7 +90,7 @@ Error discardDuplicate(const Move &move)
         return checksumMismatch();
     if (isOnlyName(source, move.destination))
         return {};
-    if (!QFile::remove(source))
+    if (!flush(move.destination) || !QFile::remove(source))
         return failure(
             ErrorId::MoveFailed,
             QStringLiteral(
