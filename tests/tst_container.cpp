@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <aux/datahelper.h>
 
+#include "support/containers.h"
 #include "support/datadirectories.h"
 #include "support/observe.h"
 
 #include <QtTest>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 using aux::DataHelper;
@@ -18,23 +20,6 @@ const QString dir = QStringLiteral("/data/box");
 const QString out = QStringLiteral("/data/box/out");
 const QString source = dir + "/source.ddd";
 const QString packed = dir + "/packed.bin";
-
-QByteArray littleEndian(quint32 value)
-{
-    QByteArray bytes;
-    for (int shift = 0; shift < 32; shift += 8)
-        bytes += static_cast<char>(value >> shift);
-    return bytes;
-}
-
-/// A container made by hand, its digest right.
-QByteArray container(const QByteArray &name, const QByteArray &payload,
-                     const QByteArray &magic = "ZEL4DDDF")
-{
-    return magic + QCryptographicHash::hash(payload, QCryptographicHash::Sha256) +
-           littleEndian(static_cast<quint32>(name.size())) + name +
-           littleEndian(static_cast<quint32>(payload.size())) + payload;
-}
 
 QString pack(const QString &from = source, Type type = Type::DDDF, const QString &to = packed)
 {
@@ -242,6 +227,20 @@ private Q_SLOTS:
         QCOMPARE(result.error, unpackError("SHA256sum check failed"));
         QVERIFY(result.file.isEmpty());
         QCOMPARE(read(out + "/name"), QByteArray("payloaX"));
+    }
+
+    void outputThatCannotBeChecked()
+    {
+        QCOMPARE(pack(), QString());
+        const mode_t before = ::umask(0777);
+        const auto restore = qScopeGuard([before] { ::umask(before); });
+        const MessageLog log;
+        const Unpacked result = unpack();
+        QCOMPARE(result.error, QString("libaux Internal error: path cannot be opened 10001"));
+        QCOMPARE(log.take(), QStringList("unpackFileFromBinContainer :  \"libaux\" "
+                                         "\"Internal error: path cannot be opened\" 10001 \n"));
+        QVERIFY(result.file.isEmpty());
+        QCOMPARE(filesIn(out), QStringList("source.ddd"));
     }
 
     /// The output must not be the mapped input, under any name.

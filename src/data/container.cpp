@@ -135,8 +135,9 @@ Error DataHelper::packFileToBinContainer(const QString &inFile, ZEL_FILE_TYPE ty
     if (!input.open(QIODevice::ReadOnly))
         return refuse(packing, cannotRead);
     QFile output(outFile);
+    // Qt would take a name up to its first NUL.
     if (input.size() > container::maximumPayload || isSameFile(inFile, outFile) ||
-        !output.open(QIODevice::WriteOnly))
+        outFile.contains(QChar::Null) || !output.open(QIODevice::WriteOnly))
         return refuse(packing, cannotCreate);
     Error error = writeContainer(input, type, output);
     if (error.hasError())
