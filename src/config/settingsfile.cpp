@@ -62,7 +62,8 @@ void useSettingsFile()
     // Once: QSettings has room for 16 formats in all and gives none back.
     static const QSettings::Format format = QSettings::registerFormat(
         QStringLiteral("JSON"), json::readSettings, json::writeSettings, Qt::CaseSensitive);
-    QSettings::setDefaultFormat(format);
+    if (QSettings::defaultFormat() != format) // other threads may be reading it
+        QSettings::setDefaultFormat(format);
     QSettings::setPath(format, QSettings::UserScope,
                        FsHelper::dirLocationToFullPath(DirLocation::Config));
     removeAbandonedLock(QSettings().fileName());

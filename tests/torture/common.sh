@@ -48,7 +48,6 @@ record() {
         perform "$operation" "$operation" -o "$work/$operation.trace"
         cp "$(file_of "$operation")" "$work/$operation.new"
     done
-    touch "$work/first.old"
     cp "$work/base" "$work/set.old"
     cp "$work/set.new" "$work/commit.old" # what both have written in preparation
     cp "$work/set.new" "$work/rollback.old"
