@@ -92,17 +92,15 @@ Outcome withSettings(const QStringList &keys,
     const QVector<Setting> all = allSettings();
     QVector<Setting> chosen;
     for (const QString &key : keys) {
-        const auto *const found =
-            std::find_if(all.begin(), all.end(),
-                         [&key](const Setting &setting) { return setting.key() == keyPath(key); });
-        if (found == all.end()) {
+        const auto code = aux::settingAt(keyPath(key));
+        if (!code) {
             QStringList known;
             std::transform(all.begin(), all.end(), std::back_inserter(known),
                            [](const Setting &setting) { return setting.key(); });
             return misused(QStringLiteral("unknown setting \"%1\", did you mean \"%2\"?")
                                .arg(key, nearest(keyPath(key), known)));
         }
-        chosen += *found;
+        chosen += {*code, aux::settingsCatalogue().value(*code)};
     }
     return function(keys.isEmpty() ? all : chosen);
 }
