@@ -102,14 +102,15 @@ struct ChangeState {
 /// *Guarantees*: any thread may call; operations of one object follow one another, and any number
 /// of objects, threads and processes may share the file. When an operation that writes has
 /// returned, the new text is on the storage and survives a power cut. The file is replaced as a
-/// whole: whenever the process is killed, the power fails, or the storage is full or broken, it
-/// holds either the old or the new text. A write that failed is not reported; its value stays
-/// pending in the process, where it can be read, and later operations try again to write it.
-/// A new file can be read by its owner only; an existing one keeps its mode.
+/// whole: whenever the process is killed, the power fails, or the storage is full or refuses to
+/// be written, it holds either the old or the new text. A write that failed is not reported; its
+/// value stays pending in the process, where it can be read, and later operations try again to
+/// write it. A new file can be read by its owner only; an existing one keeps its mode.
 ///
 /// Writing blocks until all file systems are flushed, and while another process writes. Where a
 /// writer was killed, init() or the next write removes the lock it left behind, which takes up to
-/// two seconds. Reading waits for nothing but the storage.
+/// two seconds. Reading waits for the storage, and for
+/// a write of the same process.
 ///
 /// Misuse is reported by a debug line only: `<operation> : not initialized`, and what the
 /// operations name.

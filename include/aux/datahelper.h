@@ -27,8 +27,9 @@ namespace aux
 /// *Guarantees*: no state; any thread may call; blocks while the files are read and written.
 /// After success the written file is complete, though not flushed to the storage (FsHelper's
 /// fileMove does that). A container that could not be completed is removed. Unpacking never reads
-/// outside the container and, with the stored name, never writes outside the output directory,
-/// whatever the container holds. Neither file may be changed by others meanwhile.
+/// outside the container and, with the stored name, never writes outside the output directory
+/// (unless a link there leads out of it), whatever the container holds. Neither file may be changed
+/// by others meanwhile.
 class AUX_EXPORT DataHelper
 {
 public:

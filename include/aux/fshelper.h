@@ -38,8 +38,8 @@ enum class DirLocation : int {
 ///
 /// *Guarantees*: no state and no locks; any thread may call. Nothing here waits for anything but
 /// the storage. After a successful fileMove the file is in the destination and flushed to the
-/// storage; after a failed or interrupted one it is still where it was, and the move can be
-/// repeated.
+/// storage; after a failed one it is still where it was, and the move can be repeated; after an
+/// interrupted one it is in one of the two places.
 class AUX_EXPORT FsHelper
 {
 public:
@@ -86,9 +86,9 @@ public:
     [[nodiscard]] static std::pair<Error, QStringList> createDirList(DirLocation location);
     /// Counts what createDirList lists; its failures, with a count of 0.
     [[nodiscard]] static std::pair<Error, int> getNumberOfDirEntries(DirLocation location);
-    /// Tells whether the calling user may write at least so many more bytes to the location's
-    /// file system. False when that cannot be told. An invalid location stands for the current
-    /// directory.
+    /// Tells whether the calling user may write at least so many more bytes, 0 or more, to the
+    /// location's file system. False when that cannot be told. An invalid location stands for the
+    /// current directory.
     static bool checkFreeSpace(DirLocation location, qint64 bytes);
     /// Removes config, new, archive, transfer, log and failed with everything in them (a factory
     /// reset); the data root and the temporary directory stay. Nothing recreates them.

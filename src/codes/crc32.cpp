@@ -101,7 +101,7 @@ template <std::size_t n>
 Remainder appendStretches(Word a, const unsigned char *data)
 {
     static_assert(n % wordSize == 0);
-    // Eight names, not an array: they must live in registers.
+    // Eight names, not an array: they must live in registers, of which a 64-bit machine has enough.
     Word b = 0;
     Word c = 0;
     Word d = 0;
