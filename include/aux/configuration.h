@@ -105,12 +105,12 @@ struct ChangeState {
 /// whole: whenever the process is killed, the power fails, or the storage is full or refuses to
 /// be written, it holds either the old or the new text. A write that failed is not reported; its
 /// value stays pending in the process, where it can be read, and later operations try again to
-/// write it. A new file can be read by its owner only; an existing one keeps its mode.
+/// write it. A file that cannot be read counts as empty: reading gives the defaults, and the next
+/// write replaces it. A new file can be read by its owner only; an existing one keeps its mode.
 ///
 /// Writing blocks until all file systems are flushed, and while another process writes. Where a
 /// writer was killed, init() or the next write removes the lock it left behind, which takes up to
-/// two seconds. Reading waits for the storage, and for
-/// a write of the same process.
+/// two seconds. Reading waits for the storage, and for a write of the same process.
 ///
 /// Misuse is reported by a debug line only: `<operation> : not initialized`, and what the
 /// operations name.
