@@ -37,16 +37,19 @@ qint64 decodeLength(const char *data)
 
 } // namespace
 
+bool isPlainName(const QString &name)
+{
+    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") &&
+           !name.contains(QLatin1Char('/')) && !name.contains(QChar::Null);
+}
+
 QString Header::fileName() const
 {
     // No file system takes a longer name, and Qt's string functions take the length as an int.
     if (nameLength > NAME_MAX)
         return {};
     const QString text = QString::fromUtf8(name, static_cast<int>(nameLength));
-    const bool isPlain = !text.isEmpty() && text != QLatin1String(".") &&
-                         text != QLatin1String("..") && !text.contains(QLatin1Char('/')) &&
-                         !text.contains(QChar::Null);
-    return isPlain ? text : QString();
+    return isPlainName(text) ? text : QString();
 }
 
 std::optional<QByteArray> encodeHeader(Type type, const QByteArray &digest, const QByteArray &name,

@@ -37,6 +37,9 @@ constexpr qint64 maximumPayload = 0xFFFFFFFF;
 static_assert(nameLengthOffset == 40);
 static_assert(fixedSize == 48);
 
+/// Whether it is one plain component of a path: not empty, not "." or "..", without "/" and NUL.
+bool isPlainName(const QString &name);
+
 struct Header {
     Type type = Type::Unknown;
     QByteArray digest;
