@@ -47,8 +47,7 @@ Outcome unknownCommand(const QStringList &arguments)
     QStringList names;
     for (const Command &command : commands())
         names += command.name;
-    return misused(QStringLiteral("unknown command \"%1\", did you mean \"%2\"?")
-                       .arg(words.join(' '), nearest(words.mid(0, 2).join(' '), names)));
+    return unknown("command", words.mid(0, 2).join(' '), names);
 }
 
 void declare(QCommandLineParser &parser, const std::vector<Option> &options)

@@ -15,9 +15,12 @@ const QStringList typeNames{"DDDF", "LOGF", "CFGF", "GPGF", "UPDF"};
 
 } // namespace
 
-bool isFileName(const QString &name)
+aux::Error checkNameOption(const Invocation &invocation)
 {
-    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/');
+    const QString name = invocation.value("name");
+    if (!invocation.isSet("name") || aux::container::isPlainName(name))
+        return {};
+    return problem(QStringLiteral("\"%1\" is no file name").arg(name), ExitStatus::Usage);
 }
 
 QString typeName(aux::container::Type type)
@@ -34,7 +37,7 @@ aux::container::Type typeFromName(const QString &name)
 ContainerFile::ContainerFile(const QString &path) : m_file(path)
 {
     if (!m_file.open(QIODevice::ReadOnly)) {
-        m_error = problem(QStringLiteral("cannot open %1: %2").arg(path, m_file.errorString()));
+        m_error = fileProblem("open", m_file);
         return;
     }
     const uchar *mapping = m_file.size() < aux::container::minimumSize

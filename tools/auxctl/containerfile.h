@@ -2,8 +2,8 @@
 #ifndef AUXCTL_CONTAINERFILE_H
 #define AUXCTL_CONTAINERFILE_H
 
+#include "command.h"
 #include "data/containerformat.h"
-#include "outcome.h"
 
 #include <QFile>
 
@@ -32,8 +32,8 @@ private:
     aux::Error m_error;
 };
 
-/// Whether it can be the name of a file in a directory.
-bool isFileName(const QString &name);
+/// Refuses the option --name where it is no name of a file in a directory.
+aux::Error checkNameOption(const Invocation &invocation);
 
 /// The name of a known type.
 QString typeName(aux::container::Type type);

@@ -24,8 +24,7 @@ Outcome withLocation(const QString &name, const std::function<Outcome(aux::DirLo
 {
     const aux::DirLocation location = aux::FsHelper::dirLocationFromString(name);
     if (location == aux::DirLocation::Invalid)
-        return misused(QStringLiteral("unknown location \"%1\", did you mean \"%2\"?")
-                           .arg(name, nearest(name, locationNames())));
+        return unknown("location", name, locationNames());
     return function(location);
 }
 

@@ -38,4 +38,10 @@ QString nearest(const QString &word, const QStringList &candidates)
     return best == candidates.end() ? QString() : *best;
 }
 
+Outcome unknown(const char *kind, const QString &word, const QStringList &candidates)
+{
+    return misused(QStringLiteral("unknown %1 \"%2\", did you mean \"%3\"?")
+                       .arg(kind, word, nearest(word, candidates)));
+}
+
 } // namespace auxctl

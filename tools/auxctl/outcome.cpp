@@ -123,6 +123,12 @@ aux::Error problem(const QString &message, ExitStatus status)
     return aux::ErrorData(ownDomain, QString(message), static_cast<unsigned int>(status));
 }
 
+aux::Error fileProblem(const char *action, const QFile &file)
+{
+    return problem(
+        QStringLiteral("cannot %1 %2: %3").arg(action, file.fileName(), file.errorString()));
+}
+
 Outcome failed(aux::Error error)
 {
     const bool isOwn = error.getDomain() == ownDomain;

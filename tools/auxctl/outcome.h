@@ -4,6 +4,7 @@
 
 #include <aux/error.h>
 
+#include <QFile>
 #include <QJsonValue>
 #include <QPair>
 #include <QString>
@@ -46,6 +47,9 @@ constexpr const char *ownDomain = "auxctl";
 
 /// An entry of this program's own; its id is the exit status that goes with it.
 aux::Error problem(const QString &message, ExitStatus status = ExitStatus::Failed);
+
+/// Why the file could not be opened or read, which is what `action` says.
+aux::Error fileProblem(const char *action, const QFile &file);
 
 /// The outcome that goes with an error, one of the library or a problem().
 Outcome failed(aux::Error error);

@@ -54,7 +54,7 @@ aux::Error checkFile(const QString &path)
     if (!file.exists())
         return {};
     if (!file.open(QIODevice::ReadOnly))
-        return problem(QStringLiteral("cannot open %1: %2").arg(path, file.errorString()));
+        return fileProblem("open", file);
     if (!QJsonDocument::fromJson(file.readAll()).isObject())
         return problem(QStringLiteral("%1 holds no JSON object").arg(path));
     return {};
@@ -97,8 +97,7 @@ Outcome withSettings(const QStringList &keys,
             QStringList known;
             std::transform(all.begin(), all.end(), std::back_inserter(known),
                            [](const Setting &setting) { return setting.key(); });
-            return misused(QStringLiteral("unknown setting \"%1\", did you mean \"%2\"?")
-                               .arg(key, nearest(keyPath(key), known)));
+            return unknown("setting", key, known);
         }
         chosen += {*code, aux::settingsCatalogue().value(*code)};
     }

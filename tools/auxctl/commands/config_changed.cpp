@@ -18,8 +18,7 @@ Outcome configChanged(const Invocation &invocation)
 {
     const QString name = invocation.argument(0, areaNames.first());
     if (!areaNames.contains(name))
-        return misused(QStringLiteral("unknown area \"%1\", did you mean \"%2\"?")
-                           .arg(name, nearest(name, areaNames)));
+        return unknown("area", name, areaNames);
     const auto area = static_cast<aux::SettingsArea>(areaNames.indexOf(name));
     return withConfiguration(invocation, [&](aux::Configuration &configuration) {
         QVector<Record> changes;

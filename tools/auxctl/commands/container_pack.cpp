@@ -11,12 +11,13 @@ namespace auxctl
 
 Outcome containerPack(const Invocation &invocation)
 {
+    aux::Error wrongName = checkNameOption(invocation);
+    if (wrongName.hasError())
+        return failed(std::move(wrongName));
     const QString typeName = invocation.isSet("type") ? invocation.value("type") : "DDDF";
     const auto type = typeFromName(typeName);
     if (type == aux::container::Type::Unknown)
         return misused(QStringLiteral("unknown type \"%1\"").arg(typeName));
-    if (invocation.isSet("name") && !isFileName(invocation.value("name")))
-        return misused(QStringLiteral("\"%1\" is no file name").arg(invocation.value("name")));
     const OutputPlace output(invocation, 1);
     if (output.error().hasError())
         return failed(output.error());

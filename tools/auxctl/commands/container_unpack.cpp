@@ -24,6 +24,9 @@ QString expectedPath(const ContainerFile &container, const QString &directory, c
 
 Outcome containerUnpack(const Invocation &invocation)
 {
+    aux::Error wrongName = checkNameOption(invocation);
+    if (wrongName.hasError())
+        return failed(std::move(wrongName));
     const OutputPlace output(invocation, 1, QStringLiteral("."));
     if (output.error().hasError())
         return failed(output.error());
@@ -32,8 +35,6 @@ Outcome containerUnpack(const Invocation &invocation)
         return failed(input.error());
 
     QString path = invocation.value("name");
-    if (invocation.isSet("name") && !isFileName(path))
-        return misused(QStringLiteral("\"%1\" is no file name").arg(path));
     ContainerFile container(input.path());
     const QString expected = expectedPath(container, output.directory(), path);
     if (!expected.isEmpty() && aux::isOccupied(expected)) {

@@ -18,8 +18,7 @@ Outcome crc32(const Invocation &invocation)
         return failed(input.error());
     QFile file(input.path());
     if (!file.open(QIODevice::ReadOnly))
-        return failed(
-            QStringLiteral("cannot open %1: %2").arg(file.fileName(), file.errorString()));
+        return failed(fileProblem("open", file));
 
     const Progress progress(file.fileName());
     QByteArray piece(1 << 16, Qt::Uninitialized);
@@ -29,8 +28,7 @@ Outcome crc32(const Invocation &invocation)
         crc = aux::crc32(crc, reinterpret_cast<unsigned char *>(piece.data()),
                          static_cast<unsigned int>(length));
     if (length < 0)
-        return failed(
-            QStringLiteral("cannot read %1: %2").arg(file.fileName(), file.errorString()));
+        return failed(fileProblem("read", file));
     return plainText(QStringLiteral("%1").arg(crc, 8, 16, QLatin1Char('0')));
 }
 
