@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "aux/fshelper.h"
 #include "data/containerformat.h"
+#include "data/refusal.h"
 #include "error/debugline.h"
-#include "error/failure.h"
 #include "fs/fileidentity.h"
 
 #include <QFile>
@@ -21,16 +21,7 @@ constexpr qint64 chunkSize = 4096;
 constexpr const char *packing = "packFileToBinContainer";
 constexpr const char *unpacking = "unpackFileFromBinContainer";
 
-Error refuse(const char *operation, const char *reason)
-{
-    return failure(ErrorId::General,
-                   QStringLiteral("%1: %2").arg(QLatin1String(operation), QLatin1String(reason)));
-}
-
-constexpr const char *cannotRead = "Failed to open file for reading";
-constexpr const char *cannotCreate = "Failed to open file for writing";
-constexpr const char *cannotWrite = "Failed to write to output file";
-constexpr const char *tooSmall = "Input file too small";
+const Reason tooSmall = QStringLiteral("Input file too small");
 
 std::pair<Error, QByteArray> digestOf(const QString &path, const char *operation)
 {
@@ -73,14 +64,14 @@ Error writeContainer(QFile &input, container::Type type, QFile &output)
     const auto header = container::encodeHeader(type, digest, storedName(input.fileName()),
                                                 static_cast<quint32>(payloadSize));
     if (!header)
-        return refuse(packing, "Invalid Filetype given");
+        return refuse(packing, QStringLiteral("Invalid Filetype given"));
 
     output.write(*header);
     copyInChunks(input, output);
     // Writes are buffered: only now it shows whether all of them reached the file, and whether the
     // input still had the size that the header says.
     if (!output.flush() || output.size() != header->size() + payloadSize)
-        return refuse(packing, cannotWrite);
+        return refuse(packing, reason::cannotWrite);
     return {};
 }
 
@@ -88,10 +79,10 @@ Error writeContainer(QFile &input, container::Type type, QFile &output)
 Error writePayload(QFile &output, const char *payload, qint64 length)
 {
     if (!output.open(QIODevice::WriteOnly))
-        return refuse(unpacking, cannotCreate);
+        return refuse(unpacking, reason::cannotCreate);
     if (output.write(payload, length) != length || !output.flush()) {
         discard(output);
-        return refuse(unpacking, cannotWrite);
+        return refuse(unpacking, reason::cannotWrite);
     }
     output.close();
     return {};
@@ -102,7 +93,7 @@ Error unpackMapped(QFile &input, const char *data, DataHelper::ZEL_FILE_TYPE &ty
 {
     type = container::parseType(data);
     if (type == container::Type::Unknown)
-        return refuse(unpacking, "Invalid magic");
+        return refuse(unpacking, QStringLiteral("Invalid magic"));
     const auto header = container::parseHeader(data, input.size());
     if (!header || input.size() < header->containerSize())
         return refuse(unpacking, tooSmall);
@@ -111,7 +102,7 @@ Error unpackMapped(QFile &input, const char *data, DataHelper::ZEL_FILE_TYPE &ty
     const QString path = outDir + QLatin1Char('/') + name;
     // Truncating the mapped container would kill the process at the first access.
     if (name.isEmpty() || isSameFile(path, input.fileName()))
-        return refuse(unpacking, cannotCreate);
+        return refuse(unpacking, reason::cannotCreate);
     QFile output(path);
     Error error = writePayload(output, data + header->payloadOffset(), header->payloadLength);
     if (error.hasError())
@@ -121,7 +112,7 @@ Error unpackMapped(QFile &input, const char *data, DataHelper::ZEL_FILE_TYPE &ty
     if (digestError.hasError())
         return digestError;
     if (digest != header->digest)
-        return refuse(unpacking, "SHA256sum check failed");
+        return refuse(unpacking, QStringLiteral("SHA256sum check failed"));
     outFile = path;
     return {};
 }
@@ -133,12 +124,12 @@ Error DataHelper::packFileToBinContainer(const QString &inFile, ZEL_FILE_TYPE ty
 {
     QFile input(inFile);
     if (!input.open(QIODevice::ReadOnly))
-        return refuse(packing, cannotRead);
+        return refuse(packing, reason::cannotRead);
     QFile output(outFile);
     // Qt would take a name up to its first NUL.
     if (input.size() > container::maximumPayload || isSameFile(inFile, outFile) ||
         outFile.contains(QChar::Null) || !output.open(QIODevice::WriteOnly))
-        return refuse(packing, cannotCreate);
+        return refuse(packing, reason::cannotCreate);
     Error error = writeContainer(input, type, output);
     if (error.hasError())
         discard(output);
@@ -150,12 +141,12 @@ Error DataHelper::unpackFileFromBinContainer(const QString &inFile, ZEL_FILE_TYP
 {
     QFile input(inFile);
     if (!input.open(QIODevice::ReadOnly))
-        return refuse(unpacking, cannotRead);
+        return refuse(unpacking, reason::cannotRead);
     if (input.size() < container::minimumSize)
         return refuse(unpacking, tooSmall);
     const uchar *mapping = input.map(0, input.size());
     if (mapping == nullptr)
-        return refuse(unpacking, cannotRead);
+        return refuse(unpacking, reason::cannotRead);
     return unpackMapped(input, reinterpret_cast<const char *>(mapping), type, outDir, outFile);
 }
 
