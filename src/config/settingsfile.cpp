@@ -3,12 +3,9 @@
 #include "aux/fshelper.h"
 #include "config/jsonformat.h"
 #include "config/settingslock.h"
+#include "fs/storage.h"
 
-#include <QFile>
 #include <QFileInfo>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace aux
 {
@@ -34,15 +31,6 @@ QString nearestDirectory(const QString &file)
     while (!QFileInfo::exists(directory) && directory.size() > 1)
         directory = parentOf(directory);
     return directory;
-}
-
-void syncDirectory(const QString &path)
-{
-    const int directory = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-    if (directory < 0)
-        return;
-    ::fsync(directory);
-    ::close(directory);
 }
 
 /// Flushes the names on the way from a directory down to the file.

@@ -2,6 +2,7 @@
 #include "error/failure.h"
 #include "fs/datadirectories.h"
 #include "fs/fileidentity.h"
+#include "fs/storage.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -70,18 +71,6 @@ Error moveNew(const Move &move)
     return {};
 }
 
-/// Brings the file, which may have arrived just now, to the storage.
-bool flush(const QString &path)
-{
-    const QByteArray directory = QFile::encodeName(QFileInfo(path).path());
-    const int descriptor = ::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    const bool flushed = ::syncfs(descriptor) == 0;
-    ::close(descriptor);
-    return flushed;
-}
-
 Error discardDuplicate(const Move &move)
 {
     const QString source = move.source.filePath();
@@ -90,7 +79,8 @@ Error discardDuplicate(const Move &move)
         return checksumMismatch();
     if (isOnlyName(source, move.destination))
         return {};
-    if (!flush(move.destination) || !QFile::remove(source))
+    // The destination may have arrived just now.
+    if (!syncFileSystem(QFileInfo(move.destination).path()) || !QFile::remove(source))
         return failure(
             ErrorId::MoveFailed,
             QStringLiteral(
