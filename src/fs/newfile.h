@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_FS_NEWFILE_H
+#define AUX_FS_NEWFILE_H
+
+#include <QTemporaryFile>
+
+#include <utility>
+
+namespace aux
+{
+
+/// A file that gets its name only when it is complete, and is gone with this object before that.
+///
+/// Until then it has no name at all, so that nothing of it is left after a kill or a power cut;
+/// only on file systems that cannot do that it has a temporary one beside the name to come. Its
+/// mode is 0600.
+class NewFile
+{
+public:
+    /// The file to be; one of that name, or a link, is replaced.
+    explicit NewFile(QString path) : m_path(std::move(path)) {}
+
+    /// Makes the file; false also where it could not get the name in the end.
+    bool open();
+    int handle() const { return m_file.handle(); }
+    /// Tells whether it could still grow: what wrote to it has not failed for want of room.
+    bool hasRoom();
+    /// Gives it its name. When this is true, file and name are on the storage.
+    bool publish();
+
+private:
+    QString m_path;
+    QTemporaryFile m_file;
+};
+
+} // namespace aux
+
+#endif
