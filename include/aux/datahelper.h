@@ -5,13 +5,17 @@
 #include <aux/error.h>
 #include <aux/export.h>
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
+
+#include <utility>
 
 namespace aux
 {
 
-/// Packs files into verified containers and unpacks them, and reads USB id lists.
+/// Packs files into verified containers and unpacks them, reads USB id lists, and hides keys behind
+/// a pass phrase.
 ///
 ///     using aux::DataHelper;
 ///     aux::Error error = DataHelper::packFileToBinContainer(file, DataHelper::ZEL_FILE_TYPE::DDDF,
@@ -30,6 +34,9 @@ namespace aux
 /// outside the container and, with the stored name, never writes outside the output directory
 /// (unless a link there leads out of it), whatever the container holds. Neither file may be changed
 /// by others meanwhile.
+///
+/// The digest shows that a container arrived as it was packed. It does not show who packed it:
+/// whoever changes the payload can put the right digest beside it.
 class AUX_EXPORT DataHelper
 {
 public:
@@ -88,6 +95,37 @@ public:
     /// it was, where an entry is no pair; a ";" at the end makes an empty entry. Neither blocks
     /// nor writes debug lines.
     static Error vIdpIdListFromString(const QString &text, QStringList &list);
+
+    /// @name Keys behind a pass phrase
+    /// XOR with a pass phrase hides a key from a casual look and is no encryption: the same pass
+    /// phrase for two keys, or a few known bytes of one key (an OpenPGP key has many), give the
+    /// pass phrase away. A wrong pass phrase is not noticed, it gives another key. Nothing here
+    /// blocks but for the storage, and nothing writes debug lines.
+    /// @{
+
+    /// Returns data XOR key, the key repeated as often as need be; an empty key returns the data.
+    static QByteArray xorByteArray(const QByteArray &data, const QByteArray &key);
+    /// Returns the key XOR the UTF-8 bytes of the pass phrase as base64 (RFC 4648) in one line,
+    /// the form of the setting "/crypto/gpgkey"; empty on failure and for an empty key.
+    ///
+    /// Fails with 10001 "encryptKeyB64: pass phrase is empty".
+    [[nodiscard]] static std::pair<Error, QString> encryptKeyB64(const QByteArray &key,
+                                                                 const QString &passPhrase);
+    /// Returns the key of a text that encryptKeyB64 made; empty on failure.
+    ///
+    /// Fails with 10001 and "decryptKeyB64: pass phrase is empty" or "decryptKeyB64: key is not
+    /// base64": also where the text has blanks, line breaks or no padding.
+    [[nodiscard]] static std::pair<Error, QByteArray> decryptKeyB64(const QString &keyB64,
+                                                                    const QString &passPhrase);
+    /// Writes the key of a text that encryptKeyB64 made to a new file in the location Tmp, which
+    /// only the calling user may read (mode 0600), and returns its path; empty on failure. The
+    /// caller removes the file.
+    ///
+    /// Fails with 10001, the reasons of decryptKeyB64 behind "decryptKeyB64StoreToTemp: ", and
+    /// "decryptKeyB64StoreToTemp: Failed to write to output file"; nothing is left then.
+    [[nodiscard]] static std::pair<Error, QString>
+    decryptKeyB64StoreToTemp(const QString &keyB64, const QString &passPhrase);
+    /// @}
 };
 
 } // namespace aux
