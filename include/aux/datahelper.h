@@ -126,6 +126,33 @@ public:
     [[nodiscard]] static std::pair<Error, QString>
     decryptKeyB64StoreToTemp(const QString &keyB64, const QString &passPhrase);
     /// @}
+
+    /// @name Files through programs
+    /// Each of these runs a program over the file `inFile`, a regular file of any size, in constant
+    /// memory. The result gets the name `outFile` only when it is complete and on the storage:
+    /// until then a file of that name stays as it is, and after a failure, a kill or a power cut
+    /// nothing new is there (on a file system without unnamed files, perhaps a hidden file of mode
+    /// 0600). It has mode 0600 and replaces a file or link of that name; both paths may be the
+    /// same. The program is found in PATH, and it is killed after half a minute and a second more
+    /// for each 256 KiB of the file; that is how long a call blocks at the most, and seconds more
+    /// where something has to be ended. No debug lines are written.
+    ///
+    /// All fail with 10001, the operation's name, ": " and
+    /// - "Failed to open file for reading": `inFile` is missing, not readable or no regular file
+    /// - "Failed to open file for writing": `outFile` cannot be made, or is a directory or device
+    /// - "Failed to write to output file": the storage is full or broken
+    /// - "PROGRAM cannot be started", "PROGRAM did not end in time", "PROGRAM was killed"
+    /// @{
+
+    /// Encodes a file as base64 (RFC 4648, lines of 76 characters), or decodes one, with the
+    /// program "base64". Fails with the above, with "base64: input is not base64" and "base64:
+    /// base64 failed".
+    static Error base64(const QString &inFile, const QString &outFile, bool decode);
+    /// Is base64() that encodes, also in its failures.
+    static Error base64encode(const QString &inFile, const QString &outFile);
+    /// Is base64() that decodes, also in its failures.
+    static Error base64decode(const QString &inFile, const QString &outFile);
+    /// @}
 };
 
 } // namespace aux

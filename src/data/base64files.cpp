@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "aux/datahelper.h"
+#include "data/filepair.h"
+#include "data/refusal.h"
+
+namespace aux
+{
+
+namespace
+{
+
+Reason run(FilePair &files, bool decode)
+{
+    HelperProgram base64;
+    files.connectTo(base64);
+    const QStringList arguments = decode ? QStringList(QStringLiteral("--decode")) : QStringList();
+    Reason reason = base64.run(QStringLiteral("base64"), arguments, files.patience());
+    if (!reason.isNull())
+        return reason;
+    if (base64.exitCode() == 0)
+        return files.publish();
+    if (!files.hasRoom())
+        return reason::cannotWrite;
+    return decode ? QStringLiteral("input is not base64") : QStringLiteral("base64 failed");
+}
+
+} // namespace
+
+Error DataHelper::base64(const QString &inFile, const QString &outFile, bool decode)
+{
+    FilePair files(inFile, outFile);
+    Reason reason = files.open();
+    if (reason.isNull())
+        reason = run(files, decode);
+    return outcome("base64", reason);
+}
+
+Error DataHelper::base64encode(const QString &inFile, const QString &outFile)
+{
+    return base64(inFile, outFile, false);
+}
+
+Error DataHelper::base64decode(const QString &inFile, const QString &outFile)
+{
+    return base64(inFile, outFile, true);
+}
+
+} // namespace aux

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "data/filepair.h"
+#include "data/refusal.h"
+
+#include <QFileInfo>
+
+namespace aux
+{
+
+bool openForProgram(QFile &file)
+{
+    // Qt would take a name up to its first NUL.
+    return !file.fileName().contains(QChar::Null) && QFileInfo(file).isFile() &&
+           file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+}
+
+Reason FilePair::open()
+{
+    if (!openForProgram(m_input))
+        return reason::cannotRead;
+    return m_output.open() ? Reason() : reason::cannotCreate;
+}
+
+void FilePair::connectTo(HelperProgram &program) const
+{
+    program.connectFiles(m_input.handle(), m_output.handle());
+}
+
+Reason FilePair::publish()
+{
+    return m_output.publish() ? Reason() : reason::cannotWrite;
+}
+
+} // namespace aux

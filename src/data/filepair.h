@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_DATA_FILEPAIR_H
+#define AUX_DATA_FILEPAIR_H
+
+#include "data/helperprogram.h"
+#include "fs/newfile.h"
+
+#include <QFile>
+
+namespace aux
+{
+
+/// A file for a program to read. Only regular files are taken: opening a pipe could wait for ever.
+bool openForProgram(QFile &file);
+
+/// A file that a program reads, and the new one that it writes. Programs never see their names.
+class FilePair
+{
+public:
+    FilePair(const QString &input, const QString &output) : m_input(input), m_output(output) {}
+
+    /// Opens both; the reason where that fails.
+    Reason open();
+    void connectTo(HelperProgram &program) const;
+    int patience() const { return patienceFor(m_input.size()); }
+    /// Tells whether the program, which has failed, could still have written.
+    bool hasRoom() { return m_output.hasRoom(); }
+    /// Gives the output its name; the reason where that fails.
+    Reason publish();
+
+private:
+    QFile m_input;
+    NewFile m_output;
+};
+
+} // namespace aux
+
+#endif
