@@ -14,8 +14,8 @@
 namespace aux
 {
 
-/// Packs files into verified containers and unpacks them, reads USB id lists, and hides keys behind
-/// a pass phrase.
+/// Packs files into verified containers and unpacks them, reads USB id lists, hides keys behind a
+/// pass phrase, and encrypts files with OpenPGP.
 ///
 ///     using aux::DataHelper;
 ///     aux::Error error = DataHelper::packFileToBinContainer(file, DataHelper::ZEL_FILE_TYPE::DDDF,
@@ -152,6 +152,52 @@ public:
     static Error base64encode(const QString &inFile, const QString &outFile);
     /// Is base64() that decodes, also in its failures.
     static Error base64decode(const QString &inFile, const QString &outFile);
+
+    /// Makes the temporary keyring anew and imports the key of a file, armoured or binary, with the
+    /// program "gpg". A key pair serves for both directions, a public key alone for encryptFileGPG.
+    ///
+    /// The keyring "/tmp/gpg-temp-keyring" holds one key until removeKeypairGPG, the next import or
+    /// the next start of the machine. It is the same for the whole machine: operations on it must
+    /// not overlap, those of other processes included. Nothing but what it holds is used, and
+    /// nothing goes to the network; gpg-agent is ended before each operation returns. Fails with
+    /// the above and "importKeypairGPG: " and
+    /// - "file holds no key", "file holds no whole key", "file holds more than one key"
+    /// - "key was made after what the clock says now": the clock of the terminal is wrong
+    /// - "key is not valid": it lacks a valid signature of its own
+    /// - "/tmp/gpg-temp-keyring is not this program's own directory": it is no directory, a link,
+    ///   another user's or open to others; it is left as it is
+    /// - "/tmp/gpg-temp-keyring cannot be made", "/tmp/gpg-temp-keyring cannot be removed"
+    /// - "gpg-agent cannot be ended".
+    ///
+    /// A file that cannot be read leaves an imported key as it is; after any other failure there
+    /// is no keyring.
+    static Error importKeypairGPG(const QString &keyFile);
+    /// Encrypts a file to the imported key: a binary OpenPGP message (RFC 4880) that does not hold
+    /// the file's name. Fails with the above and "encryptFileGPG: " and
+    /// - "no key is imported", "gpg failed", "gpg-agent cannot be ended"
+    /// - "/tmp/gpg-temp-keyring is not this program's own directory"
+    /// - "key has expired", "key is revoked", "key is not valid", "key cannot encrypt"
+    /// - "key was made after what the clock says now".
+    static Error encryptFileGPG(const QString &inFile, const QString &outFile);
+    /// Decrypts a message with the imported key; an empty pass phrase for a key without one. A key
+    /// that has expired or was revoked still decrypts. Fails with the above and "decryptFileGPG: "
+    /// and
+    /// - "no key is imported", "gpg-agent cannot be ended"
+    /// - "/tmp/gpg-temp-keyring is not this program's own directory"
+    /// - "pass phrase contains a line break or NUL", "pass phrase is too long" (4 KiB)
+    /// - "wrong pass phrase"
+    /// - "no secret key for this message": it is to another key or to a pass phrase, or only the
+    ///   public key was imported
+    /// - "message is damaged or was tampered with": also where it is cut off
+    /// - "signature of the message cannot be verified": the keyring holds no other's key
+    /// - "input is no encrypted message".
+    static Error decryptFileGPG(const QString &inFile, const QString &outFile,
+                                const QString &passPhrase);
+    /// Removes the temporary keyring and ends what runs on it; no keyring is success. Fails with
+    /// 10001, "removeKeypairGPG: " and
+    /// - "/tmp/gpg-temp-keyring is not this program's own directory"
+    /// - "/tmp/gpg-temp-keyring cannot be removed", "gpg-agent cannot be ended".
+    static Error removeKeypairGPG();
     /// @}
 };
 

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_DATA_GPG_H
+#define AUX_DATA_GPG_H
+
+#include "data/filepair.h"
+#include "data/gpglisting.h"
+
+namespace aux::gpg
+{
+
+/// One run of gpg on the keyring: "/tmp/gpg-temp-keyring" and nothing else of the machine's keys
+/// and settings, no questions, nothing over the network.
+class Run
+{
+public:
+    /// Gives it a pass phrase, through a descriptor; the reason where that cannot be.
+    Reason setPassPhrase(const QString &passPhrase);
+    HelperProgram &program() { return m_program; }
+
+    /// The reason where it did not come to its end.
+    Reason execute(const QStringList &command, int patience);
+
+    bool isDone() const { return m_program.exitCode() == 0; }
+    const Status &status() const { return m_status; }
+
+private:
+    HelperProgram m_program;
+    QStringList m_options;
+    QFile m_secret;
+    Status m_status;
+};
+
+} // namespace aux::gpg
+
+#endif

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "data/gpglisting.h"
+
+#include <algorithm>
+
+namespace aux::gpg
+{
+
+namespace
+{
+
+const QByteArray mark = "[GNUPG:] ";
+
+// Codes of libgpg-error, in the lower bits; the source of the error is above.
+constexpr unsigned int codeMask = 0xFFFF;
+constexpr unsigned int badPassPhrase = 11;
+constexpr unsigned int noPassPhrase = 177;
+
+// Fields of a line --with-colons.
+constexpr int typeField = 0;
+constexpr int validityField = 1;
+constexpr int createdField = 5;
+constexpr int fingerprintField = 9;
+constexpr int capabilitiesField = 11;
+
+Key::Validity validityFrom(const QByteArray &letter)
+{
+    if (letter == "r")
+        return Key::Validity::Revoked;
+    if (letter == "e")
+        return Key::Validity::Expired;
+    return letter == "i" ? Key::Validity::Invalid : Key::Validity::Fine;
+}
+
+Key keyFrom(const QByteArrayList &fields)
+{
+    Key key;
+    key.validity = validityFrom(fields.value(validityField));
+    key.created = fields.value(createdField).toLongLong();
+    key.capabilities = fields.value(capabilitiesField);
+    return key;
+}
+
+} // namespace
+
+Status::Status(const QByteArray &output)
+{
+    for (const QByteArray &line : output.split('\n')) {
+        if (line.startsWith(mark))
+            m_lines += line.mid(mark.size()).split(' ');
+    }
+}
+
+bool Status::has(const char *keyword) const
+{
+    return std::any_of(m_lines.begin(), m_lines.end(),
+                       [keyword](const QByteArrayList &line) { return line.first() == keyword; });
+}
+
+bool Status::isPassPhraseWrong() const
+{
+    return std::any_of(m_lines.begin(), m_lines.end(), [](const QByteArrayList &line) {
+        if (line.mid(0, 2) != QByteArrayList{"ERROR", "pkdecrypt_failed"})
+            return false;
+        const unsigned int code = line.value(2).toUInt() & codeMask;
+        return code == badPassPhrase || code == noPassPhrase;
+    });
+}
+
+Reason Key::whyInvalid(qint64 now) const
+{
+    if (created > now)
+        return QStringLiteral("key was made after what the clock says now");
+    return validity == Validity::Invalid ? QStringLiteral("key is not valid") : Reason();
+}
+
+Reason Key::whyUseless(qint64 now) const
+{
+    Reason reason = whyInvalid(now);
+    if (!reason.isNull() || capabilities.contains('E'))
+        return reason;
+    // What it could do is not told where it cannot any more: its state comes first.
+    const auto has = [this](Validity state) {
+        return validity == state ||
+               std::any_of(subkeys.begin(), subkeys.end(),
+                           [state](const Key &subkey) { return subkey.validity == state; });
+    };
+    if (has(Validity::Revoked))
+        return QStringLiteral("key is revoked");
+    return has(Validity::Expired) ? QStringLiteral("key has expired")
+                                  : QStringLiteral("key cannot encrypt");
+}
+
+QVector<Key> parseKeys(const QByteArray &listing)
+{
+    QVector<Key> keys;
+    Key *last = nullptr; // what the next fingerprint belongs to
+    for (const QByteArray &line : listing.split('\n')) {
+        const QByteArrayList fields = line.split(':');
+        const QByteArray &type = fields[typeField];
+        if (type == "pub") {
+            keys += keyFrom(fields);
+            last = &keys.last();
+        } else if (type == "sub" && !keys.isEmpty()) {
+            keys.last().subkeys += keyFrom(fields);
+            last = &keys.last().subkeys.last();
+        } else if (type == "fpr" && last != nullptr) {
+            last->fingerprint = fields.value(fingerprintField);
+        }
+    }
+    return keys;
+}
+
+} // namespace aux::gpg

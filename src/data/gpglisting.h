@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_DATA_GPGLISTING_H
+#define AUX_DATA_GPGLISTING_H
+
+#include "data/refusal.h"
+
+#include <QByteArrayList>
+#include <QVector>
+
+/// What gpg tells in the forms that it makes for programs.
+namespace aux::gpg
+{
+
+/// Its status lines, each split at its blanks, without the mark at their start.
+class Status
+{
+public:
+    Status() = default;
+    explicit Status(const QByteArray &output);
+
+    bool has(const char *keyword) const;
+    /// Whether the line "ERROR pkdecrypt_failed" has one of these codes of libgpg-error.
+    bool isPassPhraseWrong() const;
+
+private:
+    QVector<QByteArrayList> m_lines;
+};
+
+/// A primary key or a subkey.
+struct Key {
+    enum class Validity { Fine, Revoked, Expired, Invalid };
+
+    Validity validity = Validity::Fine;
+    qint64 created = 0;      // seconds since the epoch
+    QByteArray capabilities; // a letter each; upper case: of the key with all its subkeys
+    QByteArray fingerprint;
+    QVector<Key> subkeys;
+
+    /// Why it is no key now, a time in seconds since the epoch: it is not yet made, or faulty.
+    Reason whyInvalid(qint64 now) const;
+    /// Why nothing can be encrypted to it now.
+    Reason whyUseless(qint64 now) const;
+};
+
+/// The keys of a listing --with-colons.
+QVector<Key> parseKeys(const QByteArray &listing);
+
+} // namespace aux::gpg
+
+#endif

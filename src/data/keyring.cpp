@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "data/keyring.h"
+#include "data/helperprogram.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QThread>
+
+#include <cerrno>
+#include <csignal>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace aux::keyring
+{
+
+const QString path = QStringLiteral("/tmp/gpg-temp-keyring");
+const Reason noKey = QStringLiteral("no key is imported");
+
+namespace
+{
+
+constexpr int controlPatience = 10000;     // ms, of gpgconf
+constexpr int endPatience = 2000;          // ms, of a program that was told to end
+constexpr unsigned long pollInterval = 10; // ms
+
+const Reason foreign = QStringLiteral("%1 is not this program's own directory").arg(path);
+
+enum class State { Missing, Own, Foreign };
+
+State state()
+{
+    struct stat status {
+    };
+    if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
+        return errno == ENOENT ? State::Missing : State::Foreign;
+    const bool isPrivate = (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+    return S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() && isPrivate ? State::Own
+                                                                                : State::Foreign;
+}
+
+/// gpg names the home directory to everything that it starts.
+bool runsHere(const QString &process)
+{
+    QFile commandLine(process + QStringLiteral("/cmdline"));
+    if (!commandLine.open(QIODevice::ReadOnly))
+        return false; // it has ended meanwhile
+    const QByteArrayList arguments = commandLine.readAll().split('\0');
+    const int option = arguments.indexOf("--homedir");
+    return option >= 0 && arguments.value(option + 1) == QFile::encodeName(path);
+}
+
+/// This user's processes on the keyring.
+QVector<pid_t> residents()
+{
+    QVector<pid_t> found;
+    const QDir processes(QStringLiteral("/proc"));
+    const auto entries = processes.entryInfoList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+    for (const QFileInfo &entry : entries) {
+        if (entry.ownerId() == ::geteuid() && runsHere(entry.filePath()))
+            found += entry.fileName().toInt();
+    }
+    return found;
+}
+
+/// Tells whether all of them have ended in time.
+bool haveEnded()
+{
+    const QDeadlineTimer deadline(endPatience);
+    while (!residents().isEmpty()) {
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(pollInterval);
+    }
+    return true;
+}
+
+void control(const QStringList &request)
+{
+    HelperProgram gpgconf;
+    const QStringList home{QStringLiteral("--homedir"), path};
+    gpgconf.run(QStringLiteral("gpgconf"), home + request, controlPatience);
+}
+
+} // namespace
+
+Reason claim()
+{
+    switch (state()) {
+    case State::Missing:
+        return noKey;
+    case State::Foreign:
+        return foreign;
+    case State::Own:
+        break;
+    }
+    return quiet();
+}
+
+Reason make()
+{
+    Reason reason = remove();
+    if (!reason.isNull())
+        return reason;
+    if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0)
+        return QStringLiteral("%1 cannot be made").arg(path);
+    return {};
+}
+
+Reason remove()
+{
+    if (state() == State::Foreign)
+        return foreign;
+    Reason reason = quiet();
+    if (!reason.isNull() || state() == State::Missing)
+        return reason;
+    control({QStringLiteral("--remove-socketdir")}); // where /run has one for this user
+    return QDir(path).removeRecursively() ? Reason()
+                                          : QStringLiteral("%1 cannot be removed").arg(path);
+}
+
+Reason quiet()
+{
+    if (state() == State::Own)
+        control({QStringLiteral("--kill"), QStringLiteral("all")});
+    if (haveEnded())
+        return {};
+    // What does not listen any more.
+    for (const pid_t process : residents())
+        ::kill(process, SIGKILL);
+    return haveEnded() ? Reason() : QStringLiteral("gpg-agent cannot be ended");
+}
+
+} // namespace aux::keyring

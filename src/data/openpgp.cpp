@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "aux/datahelper.h"
+#include "data/gpg.h"
+#include "data/keyring.h"
+
+#include <QDateTime>
+
+namespace aux
+{
+
+namespace
+{
+
+const Reason notDone = QStringLiteral("gpg failed");
+
+qint64 now()
+{
+    return QDateTime::currentSecsSinceEpoch();
+}
+
+/// The keys of the keyring; why they cannot be told.
+std::pair<Reason, QVector<gpg::Key>> importedKeys()
+{
+    gpg::Run run;
+    Reason reason = run.execute({QStringLiteral("--with-colons"), QStringLiteral("--list-keys")},
+                                patienceFor(0));
+    return {std::move(reason), gpg::parseKeys(run.program().readAllStandardOutput())};
+}
+
+/// Why this is not what an import is to bring.
+Reason whyRefused(const QVector<gpg::Key> &keys)
+{
+    if (keys.isEmpty())
+        return QStringLiteral("file holds no key");
+    return keys.size() > 1 ? QStringLiteral("file holds more than one key")
+                           : keys.first().whyInvalid(now());
+}
+
+Reason import(QFile &file)
+{
+    gpg::Run run;
+    run.program().connectFiles(file.handle(), -1);
+    // A key without a valid signature of its own is taken first, to see what is wrong with it.
+    Reason reason =
+        run.execute({QStringLiteral("--allow-non-selfsigned-uid"), QStringLiteral("--import")},
+                    patienceFor(file.size()));
+    if (!reason.isNull())
+        return reason;
+    const auto [unknown, keys] = importedKeys();
+    Reason refused = unknown.isNull() ? whyRefused(keys) : unknown;
+    if (refused.isNull() && !run.isDone())
+        return QStringLiteral("file holds no whole key");
+    return refused;
+}
+
+Reason whyNotEncrypted(const gpg::Run &run)
+{
+    return run.isDone() && run.status().has("END_ENCRYPTION") ? Reason() : notDone;
+}
+
+Reason whyNotDecrypted(const gpg::Run &run)
+{
+    const gpg::Status &status = run.status();
+    // Without the key's own line it was a message to a pass phrase, which anybody can make.
+    const bool hasKey = status.has("DECRYPTION_KEY");
+    const bool isWhole = status.has("DECRYPTION_OKAY");
+    if (run.isDone() && isWhole && hasKey)
+        return {};
+    if (status.isPassPhraseWrong())
+        return QStringLiteral("wrong pass phrase");
+    if (!hasKey && (isWhole || status.has("NO_SECKEY")))
+        return QStringLiteral("no secret key for this message");
+    if (status.has("ERRSIG") || status.has("BADSIG"))
+        return QStringLiteral("signature of the message cannot be verified");
+    if (status.has("BEGIN_DECRYPTION"))
+        return QStringLiteral("message is damaged or was tampered with");
+    return QStringLiteral("input is no encrypted message");
+}
+
+/// Sends a file through gpg. The output gets its name only where all went well, the end of what
+/// gpg had left running included.
+Reason cryptFileGPG(const QString &inFile, const QString &outFile, gpg::Run &run,
+                    const QStringList &command, Reason (*judge)(const gpg::Run &))
+{
+    FilePair files(inFile, outFile);
+    Reason reason = files.open();
+    if (!reason.isNull())
+        return reason;
+    files.connectTo(run.program());
+    reason = run.execute(command, files.patience());
+    if (reason.isNull())
+        reason = judge(run);
+    if (!reason.isNull() && !files.hasRoom())
+        reason = reason::cannotWrite;
+    const Reason loud = keyring::quiet();
+    if (reason.isNull())
+        reason = loud;
+    return reason.isNull() ? files.publish() : reason;
+}
+
+Reason encrypt(const QString &inFile, const QString &outFile)
+{
+    const auto [unknown, keys] = importedKeys();
+    if (!unknown.isNull())
+        return unknown;
+    const gpg::Key key = keys.value(0);
+    Reason useless = keys.isEmpty() ? keyring::noKey : key.whyUseless(now());
+    if (!useless.isNull())
+        return useless;
+    gpg::Run run;
+    return cryptFileGPG(inFile, outFile, run,
+                        {QStringLiteral("--recipient"), QString::fromLatin1(key.fingerprint),
+                         QStringLiteral("--encrypt")},
+                        whyNotEncrypted);
+}
+
+Reason decrypt(const QString &inFile, const QString &outFile, const QString &passPhrase)
+{
+    gpg::Run run;
+    Reason reason = run.setPassPhrase(passPhrase);
+    if (!reason.isNull())
+        return reason;
+    return cryptFileGPG(inFile, outFile, run, {QStringLiteral("--decrypt")}, whyNotDecrypted);
+}
+
+} // namespace
+
+Error DataHelper::importKeypairGPG(const QString &keyFile)
+{
+    QFile file(keyFile);
+    Reason reason = openForProgram(file) ? keyring::make() : reason::cannotRead;
+    if (reason.isNull()) {
+        reason = import(file);
+        const Reason loud = keyring::quiet();
+        if (reason.isNull())
+            reason = loud;
+        if (!reason.isNull())
+            keyring::remove();
+    }
+    return outcome("importKeypairGPG", reason);
+}
+
+Error DataHelper::encryptFileGPG(const QString &inFile, const QString &outFile)
+{
+    Reason reason = keyring::claim();
+    return outcome("encryptFileGPG", reason.isNull() ? encrypt(inFile, outFile) : reason);
+}
+
+Error DataHelper::decryptFileGPG(const QString &inFile, const QString &outFile,
+                                 const QString &passPhrase)
+{
+    Reason reason = keyring::claim();
+    return outcome("decryptFileGPG",
+                   reason.isNull() ? decrypt(inFile, outFile, passPhrase) : reason);
+}
+
+Error DataHelper::removeKeypairGPG()
+{
+    return outcome("removeKeypairGPG", keyring::remove());
+}
+
+} // namespace aux

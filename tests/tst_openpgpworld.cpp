@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "support/datadirectories.h"
+#include "support/openpgp.h"
+#include "support/rows.h"
+#include "support/world.h"
+
+#include <unistd.h>
+
+namespace
+{
+
+bool isForeign = false;
+
+} // namespace
+
+/// The library asks it for the owner that its keyring must have.
+extern "C" uid_t geteuid() noexcept
+{
+    return ::getuid() + (isForeign ? 1 : 0);
+}
+
+namespace
+{
+
+const KeyPair locked{"locked", othermachine::ed25519 + othermachine::cv25519, "Größe € p"};
+
+} // namespace
+
+/// Encryption in a world that does not go along.
+class TestOpenPgpWorld : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { othermachine::makeKey(locked); }
+    void init() { prepareWork(); }
+    void cleanup()
+    {
+        isForeign = false;
+        QDir("/tmp/fakes").removeRecursively();
+        checkNothingIsLeft();
+    }
+
+    void squattedKeyring_data()
+    {
+        columns<QString>("world");
+        row("a link to a directory", QString("mkdir -m 700 real && ln -s $PWD/real $K"));
+        row("a dangling link", QString("ln -s $PWD/nowhere $K"));
+        row("a file", QString("touch $K && chmod 600 $K"));
+        row("open to others", QString("mkdir -m 750 $K && touch $K/mine"));
+        row("another user's", QString("mkdir -m 700 $K && touch $K/mine"));
+    }
+    void squattedKeyring()
+    {
+        QFETCH(QString, world);
+        qputenv("K", keyring.toUtf8());
+        write("key", othermachine::exported(locked));
+        write("in", "content");
+        run(world);
+        isForeign = world.startsWith("mkdir -m 700 $K");
+        const auto state = [] {
+            QProcess find;
+            find.start("find", {"/tmp", dir, "-printf", "%p %y %m %l %T@\n"});
+            find.waitForFinished();
+            return find.readAllStandardOutput();
+        };
+        const QByteArray before = state();
+        const QString refused = keyring + " is not this program's own directory";
+        QCOMPARE(text(DataHelper::importKeypairGPG("key")), failure("importKeypairGPG", refused));
+        QCOMPARE(encrypt(), failure("encryptFileGPG", refused));
+        QCOMPARE(decrypt({}), failure("decryptFileGPG", refused));
+        QCOMPARE(text(DataHelper::removeKeypairGPG()), failure("removeKeypairGPG", refused));
+        QCOMPARE(state(), before);
+        run("rm -rf $K");
+    }
+
+    void programsThatFail_data()
+    {
+        columns<QByteArray, QString>("script", "reason");
+        // The reader has had all but what a pipe holds when all are killed.
+        row("killed half-way", QByteArray("{ head -c 800000; kill -9 0; } | /usr/bin/gpg \"$@\""),
+            QString("gpg was killed"));
+        row("hanging", QByteArray("sleep 1000; true"), QString("gpg did not end in time"));
+        row("failing at the end", QByteArray("/usr/bin/gpg \"$@\"; exit 2"),
+            QString("message is damaged or was tampered with"));
+        row("succeeding, silent", QByteArray("echo content"),
+            QString("input is no encrypted message"));
+        row("missing", QByteArray(), QString("gpg cannot be started"));
+    }
+    void programsThatFail()
+    {
+        QFETCH(QByteArray, script);
+        QFETCH(QString, reason);
+        const QByteArray path = qgetenv("PATH");
+        const auto restore = qScopeGuard([&path] { qputenv("PATH", path); });
+        QCOMPARE(importKey(locked), QString());
+        QByteArray content; // that cannot be compressed
+        for (quint32 number = 1; content.size() < 1000000; number = number * 1664525 + 1013904223)
+            content += static_cast<char>(number >> 24);
+        write("in", othermachine::encrypted(content, locked));
+        fakeProgram("gpg", script);
+        if (script.isEmpty())
+            qputenv("PATH", "/nowhere");
+        QCOMPARE(decrypt(locked.passPhrase), failure("decryptFileGPG", reason));
+        QCOMPARE(read("out"), QByteArray("old"));
+        QCOMPARE(filesIn("."), QStringList({"in", "out"}));
+    }
+
+    void agentThatDoesNotListen()
+    {
+        QCOMPARE(importKey(locked), QString());
+        write("in", othermachine::encrypted("content", locked));
+        fakeProgram("gpgconf", "exit 0");
+        QCOMPARE(decrypt(locked.passPhrase), QString());
+    }
+
+    void secretsAreSeenByNobody()
+    {
+        QCOMPARE(importKey(locked), QString());
+        write("in", othermachine::encrypted("content", locked));
+        fakeProgram("gpg",
+                    "tr '\\0' '\\n' </proc/$$/cmdline >/data/box/seen\nenv >>/data/box/seen\n"
+                    "exec /usr/bin/gpg \"$@\"");
+        const MessageLog log;
+        QCOMPARE(decrypt(locked.passPhrase), QString());
+        const QByteArray seen = read("seen");
+        for (const char *needed :
+             {"\n--no-options\n", "\n--homedir\n/tmp/gpg-temp-keyring\n", "\n--disable-dirmngr\n",
+              "\n--no-auto-key-locate\n", "\n--no-symkey-cache\n", "\nLC_ALL=C\n"})
+            QVERIFY2(seen.contains(needed), needed);
+        QVERIFY(!seen.contains(locked.passPhrase.toUtf8()));
+        QCOMPARE(log.take(), QStringList());
+    }
+
+    /// Where the user has a directory below /run, gpg puts its sockets there.
+    void socketsBelowRun()
+    {
+        const QByteArray pair = othermachine::exported(locked);
+        clear("/run/user/0");
+        QFile::setPermissions("/run/user/0", QFileDevice::Permissions(0x7000));
+        const auto restore = qScopeGuard([] { QDir("/run/user").removeRecursively(); });
+        QCOMPARE(importKey(pair), QString());
+        QVERIFY(!filesIn("/run/user/0/gnupg").isEmpty());
+        QCOMPARE(text(DataHelper::removeKeypairGPG()), QString());
+        QCOMPARE(filesIn("/run/user/0/gnupg"), QStringList());
+    }
+
+    void storageFull()
+    {
+        QCOMPARE(importKey(locked), QString());
+        clear("/data/small");
+        const SmallFileSystem small("/data/small", "size=64k");
+        write("in", othermachine::encrypted(QByteArray(1000000, 'x'), locked));
+        QCOMPARE(decrypt(locked.passPhrase, "in", "/data/small/out"),
+                 failure("decryptFileGPG", "Failed to write to output file"));
+        QCOMPARE(filesIn("/data/small"), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestOpenPgpWorld)
+#include "tst_openpgpworld.moc"
