@@ -46,21 +46,19 @@ aux::Error noTemporaryDirectory(const QTemporaryDir &directory)
 
 } // namespace
 
-InputFile::InputFile(const QString &argument, const QString &name) : m_path(argument)
+Outcome withInput(const QString &argument, const std::function<Outcome(const QString &)> &function,
+                  const QString &name)
 {
     const bool isStream = argument == standardStream;
     if (!isStream && name.isEmpty())
-        return;
-    m_directory = std::make_unique<QTemporaryDir>();
-    if (!m_directory->isValid()) {
-        m_error = noTemporaryDirectory(*m_directory);
-        return;
-    }
-    m_path = m_directory->filePath(name.isEmpty() ? QStringLiteral("stdin") : name);
-    const bool made = isStream ? copy(m_path, "wb", stdin)
-                               : QFile::link(QFileInfo(argument).absoluteFilePath(), m_path);
-    if (!made)
-        m_error = problem(QStringLiteral("cannot take over %1").arg(argument));
+        return function(argument);
+    const QTemporaryDir directory;
+    if (!directory.isValid())
+        return failed(noTemporaryDirectory(directory));
+    const QString path = directory.filePath(name.isEmpty() ? QStringLiteral("stdin") : name);
+    const bool made = isStream ? copy(path, "wb", stdin)
+                               : QFile::link(QFileInfo(argument).absoluteFilePath(), path);
+    return made ? function(path) : failed(QStringLiteral("cannot take over %1").arg(argument));
 }
 
 OutputPlace::OutputPlace(const Invocation &invocation, int index, const QString &fallback)

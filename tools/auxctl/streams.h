@@ -6,27 +6,16 @@
 
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 
 namespace auxctl
 {
 
-/// The file that an argument names; for "-" one that holds what standard input gave.
-class InputFile
-{
-public:
-    /// With `name`, the last component of the path is this one.
-    explicit InputFile(const QString &argument, const QString &name = {});
-
-    [[nodiscard]] const QString &path() const { return m_path; }
-    /// Why there is no such file here.
-    [[nodiscard]] const aux::Error &error() const { return m_error; }
-
-private:
-    std::unique_ptr<QTemporaryDir> m_directory;
-    QString m_path;
-    aux::Error m_error;
-};
+/// Runs the function with the path of the file that an argument names; for "-" of one that holds
+/// what standard input gave. With `name`, the last component of the path is this one.
+Outcome withInput(const QString &argument, const std::function<Outcome(const QString &)> &function,
+                  const QString &name = {});
 
 /// The place that an argument names; for "-" a temporary one that goes to standard output.
 class OutputPlace

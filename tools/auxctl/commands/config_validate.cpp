@@ -11,17 +11,16 @@ namespace auxctl
 
 Outcome configValidate(const Invocation &invocation)
 {
-    const InputFile input(invocation.argument(0));
-    if (input.error().hasError())
-        return failed(input.error());
-    aux::Configuration configuration; // knows the format of the file
-    configuration.init();
-    aux::Error error = aux::Configuration::validateConfigFile(input.path());
-    if (!error.hasError())
-        return {ExitStatus::Done, {}, true, "valid"};
-    // Not a fault of the contents where there are none to be read.
-    return QFile(input.path()).open(QIODevice::ReadOnly) ? answered(false, failed(std::move(error)))
-                                                         : failed(std::move(error));
+    return withInput(invocation.argument(0), [&](const QString &path) -> Outcome {
+        aux::Configuration configuration; // knows the format of the file
+        configuration.init();
+        aux::Error error = aux::Configuration::validateConfigFile(path);
+        if (!error.hasError())
+            return {ExitStatus::Done, {}, true, "valid"};
+        // Not a fault of the contents where there are none to be read.
+        return QFile(path).open(QIODevice::ReadOnly) ? answered(false, failed(std::move(error)))
+                                                     : failed(std::move(error));
+    });
 }
 
 } // namespace auxctl

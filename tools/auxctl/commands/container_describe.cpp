@@ -11,11 +11,10 @@ namespace
 
 Outcome describe(const Invocation &invocation, Outcome (*describeFile)(ContainerFile &))
 {
-    const InputFile input(invocation.argument(0));
-    if (input.error().hasError())
-        return failed(input.error());
-    ContainerFile container(input.path());
-    return container.error().hasError() ? failed(container.error()) : describeFile(container);
+    return withInput(invocation.argument(0), [&](const QString &path) -> Outcome {
+        ContainerFile container(path);
+        return container.error().hasError() ? failed(container.error()) : describeFile(container);
+    });
 }
 
 } // namespace

@@ -21,17 +21,16 @@ Outcome containerPack(const Invocation &invocation)
     const OutputPlace output(invocation, 1);
     if (output.error().hasError())
         return failed(output.error());
-    const InputFile input(invocation.argument(0), invocation.value("name"));
-    if (input.error().hasError())
-        return failed(input.error());
-
-    const Progress progress(input.path());
-    aux::Error error = aux::DataHelper::packFileToBinContainer(input.path(), type, output.file());
-    if (error.hasError())
-        return failed(std::move(error));
-    Record fields{{"path", output.file()}};
-    return output.deliver(output.file(),
-                          record(fields + ContainerFile(output.file()).description()));
+    const auto pack = [&](const QString &path) {
+        const Progress progress(path);
+        aux::Error error = aux::DataHelper::packFileToBinContainer(path, type, output.file());
+        if (error.hasError())
+            return failed(std::move(error));
+        const Record fields{{"path", output.file()}};
+        return output.deliver(output.file(),
+                              record(fields + ContainerFile(output.file()).description()));
+    };
+    return withInput(invocation.argument(0), pack, invocation.value("name"));
 }
 
 } // namespace auxctl

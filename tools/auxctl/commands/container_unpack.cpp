@@ -20,6 +20,27 @@ QString expectedPath(const ContainerFile &container, const QString &directory, c
     return fileName.isEmpty() ? QString() : directory + '/' + fileName;
 }
 
+Outcome unpack(const QString &input, const OutputPlace &output, const Invocation &invocation)
+{
+    QString path = invocation.value("name");
+    ContainerFile container(input);
+    const QString expected = expectedPath(container, output.directory(), path);
+    if (!expected.isEmpty() && aux::isOccupied(expected)) {
+        if (!invocation.isSet("force"))
+            return failed(QStringLiteral("%1 exists already, --force overwrites it").arg(expected));
+        if (!container.hasDigest()) // the library would find out when the file is gone
+            return failed(QStringLiteral("%1 is damaged, %2 stays").arg(input, expected));
+    }
+
+    const Progress progress(expected);
+    auto type = aux::DataHelper::ZEL_FILE_TYPE::Unknown;
+    aux::Error error =
+        aux::DataHelper::unpackFileFromBinContainer(input, type, output.directory(), path);
+    if (error.hasError())
+        return failed(std::move(error));
+    return output.deliver(path, record({{"path", path}, {"type", typeName(type)}}));
+}
+
 } // namespace
 
 Outcome containerUnpack(const Invocation &invocation)
@@ -30,27 +51,8 @@ Outcome containerUnpack(const Invocation &invocation)
     const OutputPlace output(invocation, 1, QStringLiteral("."));
     if (output.error().hasError())
         return failed(output.error());
-    const InputFile input(invocation.argument(0));
-    if (input.error().hasError())
-        return failed(input.error());
-
-    QString path = invocation.value("name");
-    ContainerFile container(input.path());
-    const QString expected = expectedPath(container, output.directory(), path);
-    if (!expected.isEmpty() && aux::isOccupied(expected)) {
-        if (!invocation.isSet("force"))
-            return failed(QStringLiteral("%1 exists already, --force overwrites it").arg(expected));
-        if (!container.hasDigest()) // the library would find out when the file is gone
-            return failed(QStringLiteral("%1 is damaged, %2 stays").arg(input.path(), expected));
-    }
-
-    const Progress progress(expected);
-    auto type = aux::DataHelper::ZEL_FILE_TYPE::Unknown;
-    aux::Error error =
-        aux::DataHelper::unpackFileFromBinContainer(input.path(), type, output.directory(), path);
-    if (error.hasError())
-        return failed(std::move(error));
-    return output.deliver(path, record({{"path", path}, {"type", typeName(type)}}));
+    return withInput(invocation.argument(0),
+                     [&](const QString &path) { return unpack(path, output, invocation); });
 }
 
 } // namespace auxctl

@@ -11,12 +11,11 @@ namespace auxctl
 
 Outcome filesChecksum(const Invocation &invocation)
 {
-    const InputFile input(invocation.argument(0));
-    if (input.error().hasError())
-        return failed(input.error());
-    const Progress progress(input.path());
-    auto [error, checksum] = aux::FsHelper::generateChecksum(input.path());
-    return error.hasError() ? failed(std::move(error)) : plainText(checksum);
+    return withInput(invocation.argument(0), [&](const QString &path) -> Outcome {
+        const Progress progress(path);
+        auto [error, checksum] = aux::FsHelper::generateChecksum(path);
+        return error.hasError() ? failed(std::move(error)) : plainText(checksum);
+    });
 }
 
 } // namespace auxctl
