@@ -50,7 +50,7 @@ bool NewFile::hasRoom()
 
 bool NewFile::publish()
 {
-    if (::fsync(handle()) != 0)
+    if (!m_file.flush() || ::fsync(handle()) != 0)
         return false;
     const QByteArray temporary = QFile::encodeName(m_file.fileName()); // gets one by this
     if (std::rename(temporary.constData(), QFile::encodeName(m_path).constData()) != 0)

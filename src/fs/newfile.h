@@ -23,6 +23,7 @@ public:
     /// Makes the file; false also where it could not get the name in the end.
     bool open();
     int handle() const { return m_file.handle(); }
+    bool write(const QByteArray &content) { return m_file.write(content) == content.size(); }
     /// Tells whether it could still grow: what wrote to it has not failed for want of room.
     bool hasRoom();
     /// Gives it its name. When this is true, file and name are on the storage.

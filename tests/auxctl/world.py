@@ -42,18 +42,21 @@ class World(unittest.TestCase):
         return json.loads(self.auxctl(*arguments, "--json", **options))
 
     def on_terminal(self, *arguments, answer="", environment=None):
-        """Runs it on a terminal of its own; exit status and everything that was shown."""
+        """Runs it on a terminal of its own, one line of the answer to each question; exit status and
+        everything that was shown."""
         child, terminal = pty.fork()
         if child == 0:
             try:
                 os.execve(AUXCTL, [AUXCTL, *arguments], {**os.environ, **(environment or {})})
             finally:
                 os._exit(127)
-        os.write(terminal, answer.encode())
+        lines = answer.encode().splitlines(keepends=True)
         shown = b""
         while True:
             try:
                 shown += os.read(terminal, 4096)
             except OSError:  # the other side is closed
                 break
+            if lines and shown.endswith((b": ", b"[y/N] ")):
+                os.write(terminal, lines.pop(0))
         return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), shown.decode()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
+#include "passphrase.h"
 
 namespace auxctl
 {
@@ -47,6 +48,18 @@ const std::vector<Command> allCommands{
      "Show what the header of a container says", {}, containerInfo},
     {"container verify", "CONTAINER", "container", "{type, name, size, digest, complete, valid}",
      "Check the digest of a container, writing nothing", {}, containerVerify},
+    {"key protect", "FILE", "key", "text",
+     "Hide a key behind a pass phrase, as the setting /crypto/gpgkey holds it", passPhraseOptions(), keyProtect},
+    {"key reveal", "FILE KEYFILE", "key", "{path}",
+     "Write the key that a protected text hides to a file of mode 0600", passPhraseOptions(), keyReveal},
+    {"pgp import", "KEYFILE", "pgp", "text",
+     "Import an OpenPGP key for the commands below", {}, pgpImport},
+    {"pgp encrypt", "FILE MESSAGE", "message", "{path}",
+     "Encrypt a file to the imported key", {}, pgpEncrypt},
+    {"pgp decrypt", "MESSAGE FILE", "file", "{path}",
+     "Decrypt a message with the imported key", passPhraseOptions(), pgpDecrypt},
+    {"pgp remove", "", "pgp", "text",
+     "Remove the imported key", {}, pgpRemove},
     {"files name", "LOCATION", "path", "text",
      "Make up a unique file name", {}, filesName},
     {"files list", "LOCATION", "files", "[text]",

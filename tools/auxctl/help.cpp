@@ -134,4 +134,9 @@ Outcome plainText(const QString &text)
     return {ExitStatus::Done, {}, text, text};
 }
 
+Outcome report(aux::Error error, const char *done)
+{
+    return error.hasError() ? failed(std::move(error)) : plainText(done);
+}
+
 } // namespace auxctl

@@ -17,6 +17,8 @@ QString bashCompletion();
 QString manualPage();
 
 Outcome plainText(const QString &text);
+/// The failure, or what was done where there is none.
+Outcome report(aux::Error error, const char *done);
 
 } // namespace auxctl
 

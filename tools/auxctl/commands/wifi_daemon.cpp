@@ -7,16 +7,6 @@
 namespace auxctl
 {
 
-namespace
-{
-
-Outcome report(aux::Error error, const char *done)
-{
-    return error.hasError() ? failed(std::move(error)) : plainText(done);
-}
-
-} // namespace
-
 Outcome wifiStart(const Invocation &)
 {
     return report(aux::SystemHelper::wpaSupplicantStart(), "started");
