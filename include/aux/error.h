@@ -20,8 +20,8 @@ namespace aux
 ///
 /// | id    | meaning                                                                            |
 /// |-------|------------------------------------------------------------------------------------|
-/// | 10001 | a directory or file is missing, or an internal failure; container, supplicant and  |
-/// |       | system-information failures                                                        |
+/// | 10001 | a directory or file is missing, or an internal failure; container, key,       |
+/// |       | supplicant and system-information failures                                         |
 /// | 10002 | the source file is missing; a fault in a configuration file or a USB id list       |
 /// | 10003 | a source file cannot be read                                                       |
 /// | 10004 | moving or removing a file failed                                                   |
