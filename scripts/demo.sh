@@ -39,10 +39,48 @@ step() {
     summary+=("$(printf '%-44s  %-26s  %s' "$what" "$result" "$path")")
 }
 
+server_gpg() {
+    gpg --homedir /data/server --batch --quiet --trust-model always --pinentry-mode loopback \
+        --passphrase-file /data/passphrase "$@"
+}
+
+server_makes_key() {
+    mkdir -m 700 /data/server
+    server_gpg --quick-generate-key terminal future-default
+    server_gpg --output /data/pair.gpg --export-secret-keys terminal
+}
+
+keep_key() {
+    local protected
+    protected=$("$1" key protect /data/pair.gpg --passphrase-file /data/passphrase)
+    "$1" config set "/crypto/gpgkey=$protected"
+}
+
+take_key() {
+    "$1" config get /crypto/gpgkey | "$1" key reveal - /data/key.gpg --passphrase-file /data/passphrase
+}
+
+# send AUXCTL CONTAINER NEW: takes the container to the server, encrypted.
+send() {
+    local auxctl=$1 container=$2 new=$3 transfer
+    transfer=/data/zel/rk4/transfer/${new##*/}
+    printf 'a pass phrase\n' >/data/passphrase
+    step 0 "A server makes a key pair" /data/pair.gpg server_makes_key
+    step 0 "Keep it in the settings, with a pass phrase" /crypto/gpgkey keep_key "$auxctl"
+    step 0 "Take it out of the settings" /data/key.gpg take_key "$auxctl"
+    step 0 "Import it" /data/key.gpg "$auxctl" pgp import /data/key.gpg
+    step 0 "Encrypt the container" "$new" "$auxctl" pgp encrypt "$container" "$new"
+    step 0 "Move the message to transfer" "$transfer" "$auxctl" files move new transfer "$new"
+    step 0 "Remove the key" /data/key.gpg "$auxctl" pgp remove
+    step 0 "The server decrypts it with a plain gpg" /data/arrived \
+        server_gpg --output /data/arrived --decrypt "$transfer"
+    step 0 "The server verifies the container" /data/arrived "$auxctl" container verify /data/arrived
+}
+
 inside() {
     local auxctl=$1 file=$2 new archive wrong checksum
     wrong=$(printf '0%.0s' {1..64})
-    mkdir -p /data/zel/rk4/{new,archive} /data/out
+    mkdir -p /data/zel/rk4/{new,archive,transfer} /data/out
     new=$("$auxctl" files name new)
     archive=/data/zel/rk4/archive/${new##*/}
 
@@ -58,6 +96,8 @@ inside() {
         "$auxctl" files move new archive "$new" --checksum "$checksum"
     step 0 "Unpack it from archive" "/data/out/${file##*/}" "$auxctl" container unpack "$archive" /data/out
     step 0 "Compare with the file, byte for byte" "/data/out/${file##*/}" cmp "$file" "/data/out/${file##*/}"
+
+    send "$auxctl" "$archive" "$new"
 
     printf '\nSummary\n'
     printf '%s\n' "${summary[@]}"
