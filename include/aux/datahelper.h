@@ -184,7 +184,8 @@ public:
     /// and
     /// - "no key is imported", "gpg-agent cannot be ended"
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
-    /// - "pass phrase contains a line break or NUL", "pass phrase is too long" (4 KiB)
+    /// - "pass phrase contains a line break or NUL", "pass phrase is too long" (4 KiB), "pass phrase
+    ///   cannot be handed to gpg"
     /// - "wrong pass phrase"
     /// - "no secret key for this message": it is to another key or to a pass phrase, or only the
     ///   public key was imported

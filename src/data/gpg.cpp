@@ -18,6 +18,8 @@ namespace
 /// Where it writes status lines, and nothing else: what it has to say to people is dropped.
 constexpr const char *statusDescriptor = "2";
 
+const Reason notHandedOver = QStringLiteral("pass phrase cannot be handed to gpg");
+
 QStringList commonOptions()
 {
     return {QStringLiteral("--no-options"),
@@ -50,17 +52,16 @@ Reason Run::setPassPhrase(const QString &passPhrase)
     const QByteArray line = passPhrase.toUtf8() + '\n';
     if (line.indexOf('\n') != line.size() - 1 || line.contains('\r') || line.contains('\0'))
         return QStringLiteral("pass phrase contains a line break or NUL");
-    std::array<int, 2> ends{};
-    // What a pipe takes at once, it takes without a reader.
-    if (line.size() > PIPE_BUF)
+    if (line.size() > PIPE_BUF) // as much a pipe takes without a reader
         return QStringLiteral("pass phrase is too long");
+    std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-        return QStringLiteral("pass phrase cannot be handed over");
+        return notHandedOver;
     m_secret.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
     const bool isWritten = ::write(ends[1], line.constData(), line.size()) == line.size();
     ::close(ends[1]);
     if (!isWritten)
-        return QStringLiteral("pass phrase cannot be handed over");
+        return notHandedOver;
     m_program.lend(ends[0]);
     m_options = QStringList{QStringLiteral("--pinentry-mode"), QStringLiteral("loopback"),
                             QStringLiteral("--passphrase-fd"), QString::number(ends[0]),
