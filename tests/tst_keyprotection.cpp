@@ -8,6 +8,8 @@
 
 #include <QtTest>
 
+#include <csignal>
+
 #include <sys/stat.h>
 
 using aux::DataHelper;
@@ -135,6 +137,13 @@ private Q_SLOTS:
             QCOMPARE(text(DataHelper::base64decode("--text", "--text")), QString()); // onto itself
             QCOMPARE(read("--text"), content);
         }
+        // A caller that takes the end of its children from elsewhere.
+        sigset_t childSignal;
+        sigemptyset(&childSignal);
+        sigaddset(&childSignal, SIGCHLD);
+        pthread_sigmask(SIG_BLOCK, &childSignal, nullptr);
+        QCOMPARE(text(DataHelper::base64encode("--text", "blocked")), QString());
+        pthread_sigmask(SIG_UNBLOCK, &childSignal, nullptr);
         // A link of the name gives way, what it leads to stays.
         write("target", "old");
         QFile::link("target", "link");
@@ -159,6 +168,8 @@ private Q_SLOTS:
             cannotCreate);
         row("output a link to a device", QString("good"), QString("null"),
             QString("ln -s /dev/null null"), cannotCreate);
+        row("output where nobody may look", QString("good"), QString("w/out"),
+            QString("mkdir -m 333 w"), cannotCreate);
         row("output nowhere", QString("good"), QString("no/out"), QString(), cannotCreate);
         row("output with a NUL", QString("good"), "out" + QString(QChar::Null), QString(),
             cannotCreate);

@@ -15,6 +15,7 @@ const KeyPair openRsa{"rsa2", othermachine::rsa};
 const KeyPair expired{"expired", ed25519 + cv25519, {}, "20200101T000000", "10d"};
 const KeyPair revoked{"revoked", ed25519 + cv25519};
 const KeyPair future{"future", ed25519 + cv25519, {}, "20370101T000000"};
+const KeyPair renewed{"renewed", ed25519};
 const KeyPair signing{"signing", ed25519};
 
 /// A message of our key that is altered or cut off; it is small, but has every part.
@@ -35,14 +36,19 @@ private Q_SLOTS:
     void initTestCase()
     {
         for (const KeyPair &key :
-             {locked, unlocked, lockedRsa, openRsa, expired, revoked, future, signing})
+             {locked, unlocked, lockedRsa, openRsa, expired, revoked, future, renewed, signing})
             othermachine::makeKey(key);
+        const auto fingerprint = [](const KeyPair &key) {
+            const QByteArray listing =
+                othermachine::gpg({"--with-colons", "--list-keys", key.name});
+            return QString(listing.mid(listing.indexOf("fpr:")).split(':').value(9));
+        };
         // gpg keeps a revocation for each key, with a colon in front so that it is not used by
         // chance.
-        const QByteArray listing =
-            othermachine::gpg({"--with-colons", "--list-keys", revoked.name});
-        const QByteArray fingerprint = listing.mid(listing.indexOf("fpr:")).split(':').value(9);
-        const QString revocation = othermachine::home + "/openpgp-revocs.d/" + fingerprint + ".rev";
+        othermachine::gpg({"--passphrase", "", "--quick-add-key", fingerprint(renewed), "cv25519"},
+                          {}, future.madeAt);
+        const QString revocation =
+            othermachine::home + "/openpgp-revocs.d/" + fingerprint(revoked) + ".rev";
         othermachine::gpg({"--import"}, read(revocation).replace(":-----BEGIN", "-----BEGIN"));
     }
 
@@ -91,6 +97,8 @@ private Q_SLOTS:
             QCOMPARE(read("out"), QByteArray("content"));
             QCOMPARE(decrypt(wrong), failure("decryptFileGPG", "wrong pass phrase"));
         }
+        QCOMPARE(decrypt(QString(255, 'x')), failure("decryptFileGPG", "wrong pass phrase"));
+        QCOMPARE(decrypt(QString(256, 'x')), failure("decryptFileGPG", "pass phrase is too long"));
         othermachine::gpg({"--passphrase", locked.passPhrase, "--decrypt"}, read("in"), {},
                           keyring);
         QCOMPARE(residents().size(), 1);
@@ -124,10 +132,17 @@ private Q_SLOTS:
                 {"--recipient", unlocked.name, "--local-user", signing.name, "--sign", "--encrypt"},
                 "content"),
             QString(), QString("signature of the message cannot be verified"));
+        const QByteArray large = othermachine::encrypted(incompressible(9000), unlocked);
+        row("cut off early", large.left(large.size() * 2 / 5), QString(), damaged);
+        row("cut off late", large.chopped(10), QString(), damaged);
+        QByteArray tampered = othermachine::gpg(
+            {"--recipient", unlocked.name, "--local-user", signing.name, "--sign", "--encrypt"},
+            "content");
+        tampered[tampered.size() - 10] = static_cast<char>(tampered[tampered.size() - 10] ^ 1);
+        row("signed, and altered", tampered, QString(), damaged);
         row("line feed in the pass phrase", mine, QString("a\nb"), broken);
         row("carriage return", mine, QString("a\r"), broken);
         row("NUL", mine, "a" + QString(QChar::Null), broken);
-        row("4 KiB of a pass phrase", mine, QString(4096, 'p'), QString("pass phrase is too long"));
     }
     void messagesThatAreRefused()
     {
@@ -174,7 +189,9 @@ private Q_SLOTS:
         row("expired", expired, QString("key has expired"));
         row("revoked", revoked, QString("key is revoked"));
         row("signs only", signing, QString("key cannot encrypt"));
-        row("made in the future", future, QString("key was made after what the clock says now"));
+        const QString tooNew = "key was made after what the clock says now";
+        row("made in the future", future, tooNew);
+        row("subkey made in the future", renewed, tooNew);
     }
     void keysThatCannotEncrypt()
     {

@@ -4,6 +4,7 @@
 #include "support/rows.h"
 #include "support/world.h"
 
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
@@ -94,9 +95,7 @@ private Q_SLOTS:
         const QByteArray path = qgetenv("PATH");
         const auto restore = qScopeGuard([&path] { qputenv("PATH", path); });
         QCOMPARE(importKey(locked), QString());
-        QByteArray content; // that cannot be compressed
-        for (quint32 number = 1; content.size() < 1000000; number = number * 1664525 + 1013904223)
-            content += static_cast<char>(number >> 24);
+        const QByteArray content = incompressible(1000000);
         write("in", othermachine::encrypted(content, locked));
         fakeProgram("gpg", script);
         if (script.isEmpty())
@@ -143,6 +142,42 @@ private Q_SLOTS:
         QVERIFY(!filesIn("/run/user/0/gnupg").isEmpty());
         QCOMPARE(text(DataHelper::removeKeypairGPG()), QString());
         QCOMPARE(filesIn("/run/user/0/gnupg"), QStringList());
+    }
+
+    /// A daemon may have closed its standard streams; the files then get their numbers.
+    void closedStreams_data()
+    {
+        columns<int>("closed");
+        row("standard input", 1);
+        row("input and output", 2);
+        row("all", 3);
+    }
+    void closedStreams()
+    {
+        QFETCH(int, closed);
+        QCOMPARE(importKey(locked), QString());
+        write("in", "content");
+        const pid_t child = ::fork();
+        if (child == 0) {
+            for (int stream = 0; stream < closed; ++stream)
+                ::close(stream);
+            const bool isDone = encrypt("in", "in").isEmpty() &&
+                                decrypt(locked.passPhrase, "in", "out").isEmpty() &&
+                                !DataHelper::base64encode("out", "out").hasError();
+            ::_exit(isDone ? 0 : 1);
+        }
+        int status = -1;
+        ::waitpid(child, &status, 0);
+        QCOMPARE(status, 0);
+        QCOMPARE(read("out"), QByteArray("Y29udGVudA==\n"));
+    }
+
+    void noRoomForTheKeyring()
+    {
+        write("key", othermachine::exported(locked));
+        const SmallFileSystem small("/tmp", "size=16k");
+        QCOMPARE(text(DataHelper::importKeypairGPG("key")),
+                 failure("importKeypairGPG", "no room in " + keyring));
     }
 
     void storageFull()

@@ -130,16 +130,19 @@ public:
     /// @name Files through programs
     /// Each of these runs a program over the file `inFile`, a regular file of any size, in constant
     /// memory. The result gets the name `outFile` only when it is complete and on the storage:
-    /// until then a file of that name stays as it is, and after a failure, a kill or a power cut
-    /// nothing new is there (on a file system without unnamed files, perhaps a hidden file of mode
-    /// 0600). It has mode 0600 and replaces a file or link of that name; both paths may be the
-    /// same. The program is found in PATH, and it is killed after half a minute and a second more
-    /// for each 256 KiB of the file; that is how long a call blocks at the most, and seconds more
-    /// where something has to be ended. No debug lines are written.
+    /// until then a file of that name stays as it is. After a failure nothing new is there; after a
+    /// kill or a power cut at the very end, or on a file system that knows no unnamed files, a
+    /// hidden file of mode 0600 may be. The result has mode 0600 and replaces a file or link of
+    /// that name; both paths may be the same. The program is found in PATH, and it is killed after
+    /// half a minute and a second more for each 256 KiB that it has read and written; that is how
+    /// long a call blocks at the most, and seconds more where something has to be ended. The
+    /// process must not ignore SIGCHLD. No debug lines are written.
     ///
     /// All fail with 10001, the operation's name, ": " and
     /// - "Failed to open file for reading": `inFile` is missing, not readable or no regular file
-    /// - "Failed to open file for writing": `outFile` cannot be made, or is a directory or device
+    /// - "Failed to open file for writing": `outFile` cannot be made, or is a directory or device,
+    /// or its
+    ///   directory cannot be read
     /// - "Failed to write to output file": the storage is full or broken
     /// - "PROGRAM cannot be started", "PROGRAM did not end in time", "PROGRAM was killed"
     /// @{
@@ -167,14 +170,17 @@ public:
     /// - "/tmp/gpg-temp-keyring is not this program's own directory": it is no directory, a link,
     ///   another user's or open to others; it is left as it is
     /// - "/tmp/gpg-temp-keyring cannot be made", "/tmp/gpg-temp-keyring cannot be removed"
+    /// - "no room in /tmp/gpg-temp-keyring"
+    /// - "gpg-agent did not take the secret key": it is not installed, say
     /// - "gpg-agent cannot be ended".
     ///
-    /// A file that cannot be read leaves an imported key as it is; after any other failure there
-    /// is no keyring.
+    /// A file that cannot be read leaves an imported key as it is, and so does a keyring that
+    /// cannot be removed; after any other failure there is none.
     static Error importKeypairGPG(const QString &keyFile);
     /// Encrypts a file to the imported key: a binary OpenPGP message (RFC 4880) that does not hold
     /// the file's name. Fails with the above and "encryptFileGPG: " and
     /// - "no key is imported", "gpg failed", "gpg-agent cannot be ended"
+    /// - "no room in /tmp/gpg-temp-keyring"
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
     /// - "key has expired", "key is revoked", "key is not valid", "key cannot encrypt"
     /// - "key was made after what the clock says now".
@@ -183,8 +189,10 @@ public:
     /// that has expired or was revoked still decrypts. Fails with the above and "decryptFileGPG: "
     /// and
     /// - "no key is imported", "gpg-agent cannot be ended"
+    /// - "no room in /tmp/gpg-temp-keyring"
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
-    /// - "pass phrase contains a line break or NUL", "pass phrase is too long" (4 KiB), "pass phrase
+    /// - "pass phrase contains a line break or NUL", "pass phrase is too long" (255 bytes), "pass
+    /// phrase
     ///   cannot be handed to gpg"
     /// - "wrong pass phrase"
     /// - "no secret key for this message": it is to another key or to a pass phrase, or only the

@@ -14,7 +14,8 @@ Reason run(FilePair &files, bool decode)
     HelperProgram base64;
     files.connectTo(base64);
     const QStringList arguments = decode ? QStringList(QStringLiteral("--decode")) : QStringList();
-    Reason reason = base64.run(QStringLiteral("base64"), arguments, files.patience());
+    Reason reason =
+        base64.run(QStringLiteral("base64"), arguments, [&files] { return files.bytes(); });
     if (!reason.isNull())
         return reason;
     if (base64.exitCode() == 0)

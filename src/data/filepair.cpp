@@ -23,7 +23,8 @@ Reason FilePair::open()
 
 void FilePair::connectTo(HelperProgram &program) const
 {
-    program.connectFiles(m_input.handle(), m_output.handle());
+    program.setInput(m_input.handle());
+    program.setOutput(m_output.handle());
 }
 
 Reason FilePair::publish()

@@ -22,7 +22,8 @@ public:
     /// Opens both; the reason where that fails.
     Reason open();
     void connectTo(HelperProgram &program) const;
-    int patience() const { return patienceFor(m_input.size()); }
+    /// What the program has to go through; of the output only what is there is known.
+    qint64 bytes() const { return m_input.size() + m_output.size(); }
     /// Tells whether the program, which has failed, could still have written.
     bool hasRoom() { return m_output.hasRoom(); }
     /// Gives the output its name; the reason where that fails.

@@ -4,8 +4,6 @@
 
 #include <array>
 
-#include <climits>
-
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -17,6 +15,9 @@ namespace
 
 /// Where it writes status lines, and nothing else: what it has to say to people is dropped.
 constexpr const char *statusDescriptor = "2";
+
+/// What gpg-agent takes, in bytes.
+constexpr int longestPassPhrase = 255;
 
 const Reason notHandedOver = QStringLiteral("pass phrase cannot be handed to gpg");
 
@@ -49,10 +50,10 @@ QProcessEnvironment plainEnvironment()
 
 Reason Run::setPassPhrase(const QString &passPhrase)
 {
-    const QByteArray line = passPhrase.toUtf8() + '\n';
+    const QByteArray line = passPhrase.toUtf8() + '\n'; // a pipe takes as much without a reader
     if (line.indexOf('\n') != line.size() - 1 || line.contains('\r') || line.contains('\0'))
         return QStringLiteral("pass phrase contains a line break or NUL");
-    if (line.size() > PIPE_BUF) // as much a pipe takes without a reader
+    if (line.size() > longestPassPhrase + 1)
         return QStringLiteral("pass phrase is too long");
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
@@ -69,11 +70,11 @@ Reason Run::setPassPhrase(const QString &passPhrase)
     return {};
 }
 
-Reason Run::execute(const QStringList &command, int patience)
+Reason Run::execute(const QStringList &command, const std::function<qint64()> &bytes)
 {
     m_program.setProcessEnvironment(plainEnvironment());
     Reason reason =
-        m_program.run(QStringLiteral("gpg"), commonOptions() + m_options + command, patience);
+        m_program.run(QStringLiteral("gpg"), commonOptions() + m_options + command, bytes);
     m_status = Status(m_program.readAllStandardError());
     return reason;
 }

@@ -17,8 +17,8 @@ public:
     Reason setPassPhrase(const QString &passPhrase);
     HelperProgram &program() { return m_program; }
 
-    /// The reason where it did not come to its end.
-    Reason execute(const QStringList &command, int patience);
+    /// Runs it. The reason where it did not come to its end; `bytes` is that of HelperProgram.
+    Reason execute(const QStringList &command, const std::function<qint64()> &bytes);
 
     bool isDone() const { return m_program.exitCode() == 0; }
     const Status &status() const { return m_status; }

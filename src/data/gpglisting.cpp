@@ -2,6 +2,7 @@
 #include "data/gpglisting.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace aux::gpg
 {
@@ -16,12 +17,18 @@ constexpr unsigned int codeMask = 0xFFFF;
 constexpr unsigned int badPassPhrase = 11;
 constexpr unsigned int noPassPhrase = 177;
 
+// Counts of the line IMPORT_RES.
+constexpr int secretRead = 10;
+constexpr int secretKept = 11;
+
 // Fields of a line --with-colons.
 constexpr int typeField = 0;
 constexpr int validityField = 1;
 constexpr int createdField = 5;
 constexpr int fingerprintField = 9;
 constexpr int capabilitiesField = 11;
+
+const Reason tooNew = QStringLiteral("key was made after what the clock says now");
 
 Key::Validity validityFrom(const QByteArray &letter)
 {
@@ -67,28 +74,44 @@ bool Status::isPassPhraseWrong() const
     });
 }
 
+bool Status::isSecretKeyLost() const
+{
+    return std::any_of(m_lines.begin(), m_lines.end(), [](const QByteArrayList &line) {
+        return line.first() == "IMPORT_RES" && line.value(secretRead).toInt() > 0 &&
+               line.value(secretKept).toInt() == 0;
+    });
+}
+
 Reason Key::whyInvalid(qint64 now) const
 {
     if (created > now)
-        return QStringLiteral("key was made after what the clock says now");
+        return tooNew;
     return validity == Validity::Invalid ? QStringLiteral("key is not valid") : Reason();
 }
 
 Reason Key::whyUseless(qint64 now) const
 {
-    Reason reason = whyInvalid(now);
-    if (!reason.isNull() || capabilities.contains('E'))
-        return reason;
-    // What it could do is not told where it cannot any more: its state comes first.
-    const auto has = [this](Validity state) {
-        return validity == state ||
-               std::any_of(subkeys.begin(), subkeys.end(),
-                           [state](const Key &subkey) { return subkey.validity == state; });
+    Reason invalid = whyInvalid(now);
+    if (!invalid.isNull())
+        return invalid;
+    QVector<Key> parts = subkeys;
+    parts += *this;
+    const auto hasPart = [&parts](const std::function<bool(const Key &)> &isSuch) {
+        return std::any_of(parts.begin(), parts.end(), isSuch);
     };
-    if (has(Validity::Revoked))
+    if (hasPart([now](const Key &part) {
+            return part.capabilities.contains('e') && part.validity == Validity::Fine &&
+                   part.created <= now;
+        }))
+        return {};
+    // What a part could do is not told where it cannot any more.
+    if (hasPart([](const Key &part) { return part.validity == Validity::Revoked; }))
         return QStringLiteral("key is revoked");
-    return has(Validity::Expired) ? QStringLiteral("key has expired")
-                                  : QStringLiteral("key cannot encrypt");
+    if (hasPart([](const Key &part) { return part.validity == Validity::Expired; }))
+        return QStringLiteral("key has expired");
+    return hasPart([now](const Key &part) { return part.created > now; })
+               ? tooNew
+               : QStringLiteral("key cannot encrypt");
 }
 
 QVector<Key> parseKeys(const QByteArray &listing)

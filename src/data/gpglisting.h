@@ -21,6 +21,8 @@ public:
     bool has(const char *keyword) const;
     /// Whether the line "ERROR pkdecrypt_failed" has one of these codes of libgpg-error.
     bool isPassPhraseWrong() const;
+    /// Whether an import has read a secret key, but could not keep it.
+    bool isSecretKeyLost() const;
 
 private:
     QVector<QByteArrayList> m_lines;
@@ -32,7 +34,7 @@ struct Key {
 
     Validity validity = Validity::Fine;
     qint64 created = 0;      // seconds since the epoch
-    QByteArray capabilities; // a letter each; upper case: of the key with all its subkeys
+    QByteArray capabilities; // a letter each; lower case: of this part itself
     QByteArray fingerprint;
     QVector<Key> subkeys;
 

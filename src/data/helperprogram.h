@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <QVector>
 
+#include <functional>
+
 namespace aux
 {
 
@@ -22,30 +24,32 @@ public:
     HelperProgram(HelperProgram &&) = delete;
     HelperProgram &operator=(HelperProgram &&) = delete;
 
-    /// Descriptors of this process for its input, which else is empty, and for its output, which
-    /// else is kept.
-    void connectFiles(int input, int output);
-    /// A descriptor of this process that it shall have under the same number.
+    /// Gives it a descriptor of this process for its input, which else is empty.
+    void setInput(int descriptor) { m_input = duplicate(descriptor); }
+    /// Gives it one for its output, which else is kept.
+    void setOutput(int descriptor) { m_output = duplicate(descriptor); }
+    /// Gives it one more, under the same number.
     void lend(int descriptor) { m_lent += descriptor; }
 
-    /// Runs it until it exits, with whatever exit code. The reason where it did not; after its
-    /// time, in milliseconds, it is killed.
-    Reason run(const QString &program, const QStringList &arguments, int patience);
+    /// Runs it until it exits, with whatever exit code. The reason where it did not: it is killed
+    /// when it has had half a minute, and a second for each 256 KiB, which the slowest terminal
+    /// does in less. `bytes` tells how much it has to go through, as far as is known by then.
+    Reason run(const QString &program, const QStringList &arguments,
+               const std::function<qint64()> &bytes);
 
 protected:
     void setupChildProcess() override;
 
 private:
+    int duplicate(int descriptor);
+    bool waitForEnd(const std::function<qint64()> &bytes);
     void killAll();
 
     int m_input = -1;
     int m_output = -1;
     QVector<int> m_lent;
+    QVector<int> m_own; // closed in the end
 };
-
-/// How long a program may take, in milliseconds, that goes once through so many bytes: half a
-/// minute, and a second more for each 256 KiB, which the slowest terminal does in less.
-int patienceFor(qint64 bytes);
 
 } // namespace aux
 

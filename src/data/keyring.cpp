@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "data/keyring.h"
 #include "data/helperprogram.h"
+#include "fs/newfile.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -18,11 +19,12 @@ namespace aux::keyring
 
 const QString path = QStringLiteral("/tmp/gpg-temp-keyring");
 const Reason noKey = QStringLiteral("no key is imported");
+const Reason noRoom = QStringLiteral("no room in %1").arg(path);
 
 namespace
 {
 
-constexpr int controlPatience = 10000;     // ms, of gpgconf
+constexpr int enoughRoom = 64 * 1024;      // bytes
 constexpr int endPatience = 2000;          // ms, of a program that was told to end
 constexpr unsigned long pollInterval = 10; // ms
 
@@ -81,7 +83,7 @@ void control(const QStringList &request)
 {
     HelperProgram gpgconf;
     const QStringList home{QStringLiteral("--homedir"), path};
-    gpgconf.run(QStringLiteral("gpgconf"), home + request, controlPatience);
+    gpgconf.run(QStringLiteral("gpgconf"), home + request, [] { return 0; });
 }
 
 } // namespace
@@ -97,6 +99,12 @@ Reason claim()
         break;
     }
     return quiet();
+}
+
+bool hasRoom()
+{
+    NewFile file(path + QStringLiteral("/room"));
+    return file.open() && file.hasRoom(enoughRoom);
 }
 
 Reason make()

@@ -10,10 +10,14 @@ namespace aux::keyring
 
 extern const QString path;
 extern const Reason noKey;
+extern const Reason noRoom;
 
 /// Makes sure of it, with nothing running on it. The reason where it cannot be used: there is none,
 /// or what has its name was not made here. That is never used, followed or removed.
 Reason claim();
+
+/// Tells whether gpg could write to it; where not, what gpg says is not to be trusted.
+bool hasRoom();
 
 /// Makes it anew, without a key.
 Reason make();

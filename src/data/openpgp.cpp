@@ -23,7 +23,7 @@ std::pair<Reason, QVector<gpg::Key>> importedKeys()
 {
     gpg::Run run;
     Reason reason = run.execute({QStringLiteral("--with-colons"), QStringLiteral("--list-keys")},
-                                patienceFor(0));
+                                [] { return 0; });
     return {std::move(reason), gpg::parseKeys(run.program().readAllStandardOutput())};
 }
 
@@ -39,18 +39,19 @@ Reason whyRefused(const QVector<gpg::Key> &keys)
 Reason import(QFile &file)
 {
     gpg::Run run;
-    run.program().connectFiles(file.handle(), -1);
+    run.program().setInput(file.handle());
     // A key without a valid signature of its own is taken first, to see what is wrong with it.
     Reason reason =
         run.execute({QStringLiteral("--allow-non-selfsigned-uid"), QStringLiteral("--import")},
-                    patienceFor(file.size()));
+                    [&file] { return file.size(); });
     if (!reason.isNull())
         return reason;
     const auto [unknown, keys] = importedKeys();
     Reason refused = unknown.isNull() ? whyRefused(keys) : unknown;
-    if (refused.isNull() && !run.isDone())
-        return QStringLiteral("file holds no whole key");
-    return refused;
+    if (!refused.isNull() || run.isDone())
+        return refused;
+    return run.status().isSecretKeyLost() ? QStringLiteral("gpg-agent did not take the secret key")
+                                          : QStringLiteral("file holds no whole key");
 }
 
 Reason whyNotEncrypted(const gpg::Run &run)
@@ -70,9 +71,9 @@ Reason whyNotDecrypted(const gpg::Run &run)
         return QStringLiteral("wrong pass phrase");
     if (!hasKey && (isWhole || status.has("NO_SECKEY")))
         return QStringLiteral("no secret key for this message");
-    if (status.has("ERRSIG") || status.has("BADSIG"))
+    if (isWhole && (status.has("ERRSIG") || status.has("BADSIG")))
         return QStringLiteral("signature of the message cannot be verified");
-    if (status.has("BEGIN_DECRYPTION"))
+    if (hasKey || status.has("BEGIN_DECRYPTION"))
         return QStringLiteral("message is damaged or was tampered with");
     return QStringLiteral("input is no encrypted message");
 }
@@ -87,11 +88,13 @@ Reason cryptFileGPG(const QString &inFile, const QString &outFile, gpg::Run &run
     if (!reason.isNull())
         return reason;
     files.connectTo(run.program());
-    reason = run.execute(command, files.patience());
+    reason = run.execute(command, [&files] { return files.bytes(); });
     if (reason.isNull())
         reason = judge(run);
     if (!reason.isNull() && !files.hasRoom())
         reason = reason::cannotWrite;
+    else if (!reason.isNull() && !keyring::hasRoom())
+        reason = keyring::noRoom;
     const Reason loud = keyring::quiet();
     if (reason.isNull())
         reason = loud;
@@ -134,8 +137,11 @@ Error DataHelper::importKeypairGPG(const QString &keyFile)
         const Reason loud = keyring::quiet();
         if (reason.isNull())
             reason = loud;
-        if (!reason.isNull())
-            keyring::remove();
+        if (!reason.isNull() && !keyring::hasRoom())
+            reason = keyring::noRoom;
+        const Reason stays = reason.isNull() ? Reason() : keyring::remove();
+        if (!stays.isNull())
+            reason = stays;
     }
     return outcome("importKeypairGPG", reason);
 }

@@ -4,7 +4,6 @@
 
 #include <QFileInfo>
 
-#include <array>
 #include <cstdio>
 
 #include <unistd.h>
@@ -15,20 +14,19 @@ namespace aux
 namespace
 {
 
-constexpr std::size_t blockSize = 4096;
-
 QString directoryOf(const QString &path)
 {
     return QFileInfo(path).absolutePath();
 }
 
-/// Tells whether a file may take this name; a device or a pipe must not be replaced by one.
+/// Tells whether a file may take this name; a device or a pipe must not be replaced by one, and a
+/// directory that cannot be read cannot be brought to the storage.
 bool isFreeForFile(const QString &path)
 {
     const QFileInfo info(path);
     // Qt would take a name up to its first NUL.
     return !path.contains(QChar::Null) && !info.fileName().isEmpty() &&
-           (info.isFile() || !info.exists());
+           (info.isFile() || !info.exists()) && QFileInfo(directoryOf(path)).isReadable();
 }
 
 } // namespace
@@ -41,11 +39,11 @@ bool NewFile::open()
     return m_file.open();
 }
 
-bool NewFile::hasRoom()
+bool NewFile::hasRoom(int bytes)
 {
-    const std::array<char, blockSize> block{};
+    const QByteArray block(bytes, '\0');
     ::lseek(handle(), 0, SEEK_END);
-    return ::write(handle(), block.data(), block.size()) == static_cast<ssize_t>(block.size());
+    return ::write(handle(), block.constData(), block.size()) == block.size();
 }
 
 bool NewFile::publish()

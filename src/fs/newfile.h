@@ -12,8 +12,8 @@ namespace aux
 /// A file that gets its name only when it is complete, and is gone with this object before that.
 ///
 /// Until then it has no name at all, so that nothing of it is left after a kill or a power cut;
-/// only on file systems that cannot do that it has a temporary one beside the name to come. Its
-/// mode is 0600.
+/// only at the very end, and on file systems that cannot do that, it has a temporary one beside the
+/// name to come. Its mode is 0600.
 class NewFile
 {
 public:
@@ -22,10 +22,11 @@ public:
 
     /// Makes the file; false also where it could not get the name in the end.
     bool open();
+    qint64 size() const { return m_file.size(); }
     int handle() const { return m_file.handle(); }
     bool write(const QByteArray &content) { return m_file.write(content) == content.size(); }
-    /// Tells whether it could still grow: what wrote to it has not failed for want of room.
-    bool hasRoom();
+    /// Tells whether it can still grow by so much; where not, what wrote to it had no room.
+    bool hasRoom(int bytes = 4096);
     /// Gives it its name. When this is true, file and name are on the storage.
     bool publish();
 

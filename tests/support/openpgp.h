@@ -61,6 +61,14 @@ inline QString failure(const char *operation, const QString &reason)
     return QString("libaux %1: %2 10001").arg(operation, reason);
 }
 
+inline QByteArray incompressible(int size)
+{
+    QByteArray content;
+    for (quint32 number = 1; content.size() < size; number = number * 1664525 + 1013904223)
+        content += static_cast<char>(number >> 24);
+    return content;
+}
+
 /// An empty current directory but for "out", which says "old".
 inline void prepareWork()
 {
