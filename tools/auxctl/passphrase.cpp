@@ -61,7 +61,7 @@ Outcome withDescriptor(const Invocation &invocation, const QString &text, const 
     const int descriptor = text.toInt(&isNumber);
     if (!isNumber || descriptor < 0)
         return misused(QStringLiteral("\"%1\" is no file descriptor").arg(text));
-    if (descriptor == 0 && invocation.arguments.contains("-"))
+    if (descriptor == 0 && invocation.argument(0) == "-")
         return misused("standard input gives either the file or the pass phrase");
     QFile file;
     if (!file.open(descriptor, QIODevice::ReadOnly))
