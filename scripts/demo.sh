@@ -68,10 +68,11 @@ send() {
     step 0 "A server makes a key pair" /data/pair.gpg server_makes_key
     step 0 "Keep it in the settings, with a pass phrase" /crypto/gpgkey keep_key "$auxctl"
     step 0 "Take it out of the settings" /data/key.gpg take_key "$auxctl"
-    step 0 "Import it" /data/key.gpg "$auxctl" pgp import /data/key.gpg
+    step 0 "Import it" /tmp/gpg-temp-keyring "$auxctl" pgp import /data/key.gpg
+    rm /data/key.gpg
     step 0 "Encrypt the container" "$new" "$auxctl" pgp encrypt "$container" "$new"
     step 0 "Move the message to transfer" "$transfer" "$auxctl" files move new transfer "$new"
-    step 0 "Remove the key" /data/key.gpg "$auxctl" pgp remove
+    step 0 "Remove the key" /tmp/gpg-temp-keyring "$auxctl" pgp remove
     step 0 "The server decrypts it with a plain gpg" /data/arrived \
         server_gpg --output /data/arrived --decrypt "$transfer"
     step 0 "The server verifies the container" /data/arrived "$auxctl" container verify /data/arrived
