@@ -47,21 +47,11 @@ build_packages() {
 
 # The root is gone as soon as the hooks have run in it.
 make_root() {
-    apt-config dump Acquire::http Acquire::https >"$work/apt.conf" # a proxy, where there is one
     cp "$1/tests/package.sh" "$1/tests/consumer/main.cpp" "$work"
     # shellcheck disable=SC2016
-    debian_sources | mmdebstrap --quiet --variant=minbase --format=null --aptopt="$work/apt.conf" \
+    "$1/scripts/debian-root" /dev/null --variant=minbase --format=null \
         --customize-hook="copy-in $(echo "$work"/*.{deb,sh,cpp}) /root" \
-        --customize-hook='chroot "$1" /root/package.sh --inside' \
-        "$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)" /dev/null -
-}
-
-# What apt gets Debian itself from, as lines for a sources.list.
-debian_sources() {
-    local targets=('Created-By: Packages' 'Origin: Debian')
-    [ -n "$(apt-get indextargets "${targets[@]}")" ] || apt-get update -qq >&2
-    # shellcheck disable=SC2016
-    apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' "${targets[@]}" | sort -u
+        --customize-hook='chroot "$1" /root/package.sh --inside'
 }
 
 install() {
