@@ -253,6 +253,11 @@ private Q_SLOTS:
     {
         if (QStandardPaths::findExecutable("udevadm").isEmpty())
             QSKIP("this machine has no udevadm");
+        QElapsedTimer timer;
+        timer.start();
+        run("udevadm info --export-db >/dev/null");
+        if (timer.hasExpired(1000))
+            QSKIP("this machine hardly lists its devices in the time that is given for it");
         QVERIFY(!SystemInfo::isTouchscreenDetected());
         clear("/run/udev/data");
         write("/run/udev/data/n1", "I:1\nE:ID_INPUT_TOUCHSCREEN=1\n"); // lo
