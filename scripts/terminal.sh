@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# A terminal in a box: a virtual ARM machine that has this checkout's packages installed.
+# Exits with 77 and the reason where the machine cannot do that.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+usage() {
+    cat <<'END'
+terminal.sh [--arch ARCH]             boots it and gives a shell on its console
+
+  --arch ARCH   armhf (default) or arm64
+END
+}
+
+main() {
+    local options arch=armhf
+    options=$(getopt -n terminal.sh -o '' -l arch:,help -- "$@") || misused
+    eval set -- "$options"
+    while [ "$1" != -- ]; do
+        case $1 in
+        --arch) arch=$2 ;;
+        --help) usage && exit ;;
+        esac
+        shift 2
+    done
+    shift
+    [[ $arch =~ ^(armhf|arm64)$ && $# -eq 0 ]] || misused
+    prepare
+    run_shell
+}
+
+misused() {
+    usage >&2
+    exit 2
+}
+
+skip() {
+    echo "SKIPPED: $1" >&2
+    exit 77
+}
+
+prepare() {
+    [ "$(id -u)" -eq 0 ] || skip "a root for another architecture is made by root only"
+    unshare --mount true 2>/dev/null || skip "this machine refuses private mounts"
+    scripts/bootstrap cpio e2fsprogs kmod mmdebstrap qemu-system-arm rsync
+    directory=$PWD/build/terminal/$arch
+    mkdir -p "$directory"
+    tests/terminal/build.sh "$arch" "$directory"
+    tests/terminal/image.sh "$arch" "$directory"
+}
+
+# Boots with a disk for /data that is made if need be.
+boot() { # DISK TASK
+    [ -e "$1" ] || mkfs.ext4 -q -L data "$1" 256M
+    tests/terminal/machine.sh "$arch" "$directory" "$1" "$2"
+}
+
+# What is in /data stays from one time to the next.
+run_shell() {
+    boot "$directory/data.img" shell
+}
+
+main "$@"
