@@ -7,6 +7,7 @@ cd "$(dirname "$0")/.."
 usage() {
     cat <<'END'
 terminal.sh [--arch ARCH]             boots it and gives a shell on its console
+terminal.sh test [--arch ARCH]        runs the tests in it
 
   --arch ARCH   armhf (default) or arm64
 END
@@ -24,9 +25,9 @@ main() {
         shift 2
     done
     shift
-    [[ $arch =~ ^(armhf|arm64)$ && $# -eq 0 ]] || misused
+    [[ $arch =~ ^(armhf|arm64)$ && $* =~ ^(test)?$ ]] || misused
     prepare
-    run_shell
+    "run_${1:-shell}"
 }
 
 misused() {
@@ -58,6 +59,17 @@ boot() { # DISK TASK
 # What is in /data stays from one time to the next.
 run_shell() {
     boot "$directory/data.img" shell
+}
+
+run_test() {
+    local console=$directory/console passed failed skipped
+    rm -f "$directory/test.img"
+    boot "$directory/test.img" test </dev/null | tee "$console.test"
+    read -r failed passed < <(sed -nE 's/.*, ([0-9]+) tests failed out of ([0-9]+)\r?$/\1 \2/p' "$console.test") ||
+        { echo "The tests in the terminal did not come to an end" >&2 && exit 1; }
+    skipped=$(grep -c '^SKIP' "$console.test" || true)
+    echo "$((passed - failed)) passed, $failed failed, $skipped skipped"
+    [ "$failed" -eq 0 ]
 }
 
 main "$@"
