@@ -20,6 +20,8 @@ int setClock(const QDateTime &time)
         return EINVAL;
     timeval value{};
     value.tv_sec = static_cast<time_t>(time.toSecsSinceEpoch());
+    if (value.tv_sec != time.toSecsSinceEpoch()) // 32 bits turn 2110 into 1973
+        return EINVAL;
     return ::settimeofday(&value, nullptr) == 0 ? 0 : errno;
 }
 

@@ -3,6 +3,7 @@
 
 import datetime
 import pathlib
+import sys
 import time
 import unittest
 
@@ -30,6 +31,13 @@ class Clock(Terminal):
                               ("2021-01-01T00:00:00Z", 1609459200)):
             self.auxctl("clock", "set", "--yes", told)
             self.assert_clocks(seconds)
+
+    @unittest.skipIf(sys.maxsize > 2**32, "this clock goes further")
+    def test_beyond_32_bits(self):
+        for year in (2039, 2110):
+            self.assertEqual(self.auxctl("clock", "set", "--yes", f"{year}-01-01T00:00:00Z"),
+                             "Timezone (or something else) is invalid.")
+            self.assert_clocks(self.ahead + time.monotonic())
 
 
 class ReadOnly(Terminal):
