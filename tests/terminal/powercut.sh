@@ -1,0 +1,2 @@
+#!/usr/bin/env bash
+/libaux/build/tests/tests/terminal/powercut
