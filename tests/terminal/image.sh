@@ -47,6 +47,7 @@ configure() { # ROOT
     for name in passwd group; do
         cp "$1/usr/share/base-passwd/$name.master" "$1/etc/$name"
     done
+    cp "$1/usr/share/base-files/profile" "$1/etc/profile"
     mkdir "$1/data"
     depmod --basedir "$1" "$(ls "$1/lib/modules")"
 }
