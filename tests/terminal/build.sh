@@ -36,8 +36,8 @@ make_builder() { # ARCH CHECKOUT
 # Takes over what changed, and has it built if there is any.
 copy_sources() { # CHECKOUT
     local changed
-    changed=$(rsync --archive --delete --itemize-changes --exclude=/.git --filter=':- .gitignore' \
-        "$1/" "$builder/libaux/")
+    changed=$(rsync --archive --omit-dir-times --delete --itemize-changes \
+        --exclude=/.git --filter=':- .gitignore' "$1/" "$builder/libaux/")
     [ -z "$changed" ] || rm -f "$builder/built"
 }
 

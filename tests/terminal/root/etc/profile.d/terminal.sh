@@ -1,6 +1,5 @@
 # shellcheck shell=bash
 PS1='terminal:\w\$ '
-busybox resize >/dev/null # as large as what it is shown on
 cat <<'END'
 
 A terminal in a box. Try: auxctl info, auxctl wifi scan, auxctl wifi status, auxctl config show.
