@@ -171,7 +171,7 @@ private Q_SLOTS:
         }
         // In the first packet, the key of this session, there are bits that do not matter.
         const int firstPacket = 2 + static_cast<uchar>(whole[1]);
-        for (int position = 0; position < whole.size(); position += 7) {
+        for (int position = 0; position < whole.size(); position += 13) {
             QByteArray message = whole;
             message[position] = static_cast<char>(whole[position] ^ (1 << position % 8));
             const bool matters = !isRead(message);
