@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QThread>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 
@@ -67,11 +68,21 @@ QVector<pid_t> residents()
     return found;
 }
 
+/// Tells whether it has let go of everything; its parent may not have asked for it yet.
+bool hasEnded(pid_t process)
+{
+    QFile status(QStringLiteral("/proc/%1/stat").arg(process));
+    if (!status.open(QIODevice::ReadOnly))
+        return true;
+    const QByteArray fields = status.readAll(); // number, name in parentheses, state
+    return fields.mid(fields.lastIndexOf(')') + 2, 1) == "Z";
+}
+
 /// Tells whether all of them have ended in time.
-bool haveEnded()
+bool haveEnded(const QVector<pid_t> &processes)
 {
     const QDeadlineTimer deadline(endPatience);
-    while (!residents().isEmpty()) {
+    while (!std::all_of(processes.begin(), processes.end(), hasEnded)) {
         if (deadline.hasExpired())
             return false;
         QThread::msleep(pollInterval);
@@ -131,14 +142,16 @@ Reason remove()
 
 Reason quiet()
 {
+    const QVector<pid_t> processes = residents();
     if (state() == State::Own)
         control({QStringLiteral("--kill"), QStringLiteral("all")});
-    if (haveEnded())
+    if (haveEnded(processes))
         return {};
-    // What does not listen any more.
-    for (const pid_t process : residents())
-        ::kill(process, SIGKILL);
-    return haveEnded() ? Reason() : QStringLiteral("gpg-agent cannot be ended");
+    for (const pid_t process : processes) {
+        if (!hasEnded(process)) // what does not listen any more
+            ::kill(process, SIGKILL);
+    }
+    return haveEnded(processes) ? Reason() : QStringLiteral("gpg-agent cannot be ended");
 }
 
 } // namespace aux::keyring
