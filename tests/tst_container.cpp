@@ -50,11 +50,6 @@ QString unpackError(const char *reason)
     return QStringLiteral("libaux unpackFileFromBinContainer: %1 10001").arg(reason);
 }
 
-QStringList filesIn(const QString &path)
-{
-    return QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(Type)

@@ -19,12 +19,6 @@ namespace
 
 const QString dir = QStringLiteral("/data/box/");
 
-QStringList filesIn(const QString &path)
-{
-    return QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                QDir::NoDotAndDotDot);
-}
-
 int modeOf(const QString &path)
 {
     struct stat status {

@@ -23,6 +23,13 @@ inline QByteArray read(const QString &path)
     return content.isNull() ? QByteArray("") : content;
 }
 
+/// The names of all that is in a directory.
+inline QStringList filesIn(const QString &path)
+{
+    return QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                QDir::NoDotAndDotDot);
+}
+
 /// Empties a directory, making it if need be.
 inline void clear(const QString &path)
 {

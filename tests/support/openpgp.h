@@ -26,12 +26,6 @@ inline QStringList residents()
     return found;
 }
 
-inline QStringList filesIn(const QString &path)
-{
-    return QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                QDir::NoDotAndDotDot);
-}
-
 inline QString importKey(const QByteArray &content)
 {
     write(dir + "/key", content);
