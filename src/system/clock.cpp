@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "aux/systemhelper.h"
 #include "error/debugline.h"
-#include "system/shell.h"
+#include "process/shell.h"
 
 #include <cerrno>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "aux/systeminfo.h"
-#include "data/helperprogram.h"
 #include "error/debugline.h"
+#include "process/helperprogram.h"
 
 namespace aux
 {

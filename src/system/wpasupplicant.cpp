@@ -2,7 +2,7 @@
 #include "aux/systemhelper.h"
 #include "error/debugline.h"
 #include "error/failure.h"
-#include "system/shell.h"
+#include "process/shell.h"
 
 #include <QFile>
 

@@ -3,7 +3,7 @@
 #define AUXCTL_CONTAINERFILE_H
 
 #include "command.h"
-#include "data/containerformat.h"
+#include "container/containerformat.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "data/gpg.h"
-#include "data/keyring.h"
+#include "openpgp/gpg.h"
+#include "openpgp/keyring.h"
 
 #include <array>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "data/containerformat.h"
+#include "container/containerformat.h"
 
 #include <QtEndian>
 

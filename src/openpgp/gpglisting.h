@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#ifndef AUX_DATA_GPGLISTING_H
-#define AUX_DATA_GPGLISTING_H
+#ifndef AUX_OPENPGP_GPGLISTING_H
+#define AUX_OPENPGP_GPGLISTING_H
 
-#include "data/refusal.h"
+#include "error/refusal.h"
 
 #include <QByteArrayList>
 #include <QVector>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#ifndef AUX_DATA_FILEPAIR_H
-#define AUX_DATA_FILEPAIR_H
+#ifndef AUX_OPENPGP_FILEPAIR_H
+#define AUX_OPENPGP_FILEPAIR_H
 
-#include "data/helperprogram.h"
 #include "fs/newfile.h"
+#include "process/helperprogram.h"
 
 #include <QFile>
 

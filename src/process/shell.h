@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef AUX_SYSTEM_SHELL_H
-#define AUX_SYSTEM_SHELL_H
+#ifndef AUX_PROCESS_SHELL_H
+#define AUX_PROCESS_SHELL_H
 
 #include <QString>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#ifndef AUX_DATA_GPG_H
-#define AUX_DATA_GPG_H
+#ifndef AUX_OPENPGP_GPG_H
+#define AUX_OPENPGP_GPG_H
 
-#include "data/filepair.h"
-#include "data/gpglisting.h"
+#include "openpgp/filepair.h"
+#include "openpgp/gpglisting.h"
 
 namespace aux::gpg
 {

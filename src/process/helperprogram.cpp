@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "data/helperprogram.h"
+#include "process/helperprogram.h"
 
 #include <QElapsedTimer>
 #include <QFile>

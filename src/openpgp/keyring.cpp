@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "data/keyring.h"
-#include "data/helperprogram.h"
+#include "openpgp/keyring.h"
 #include "fs/newfile.h"
+#include "process/helperprogram.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "data/filepair.h"
-#include "data/refusal.h"
+#include "openpgp/filepair.h"
+#include "error/refusal.h"
 
 #include <QFileInfo>
 

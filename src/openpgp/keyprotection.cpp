@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "aux/datahelper.h"
-#include "data/refusal.h"
+#include "error/refusal.h"
 #include "fs/datadirectories.h"
 
 #include <QTemporaryFile>

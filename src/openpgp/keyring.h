@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#ifndef AUX_DATA_KEYRING_H
-#define AUX_DATA_KEYRING_H
+#ifndef AUX_OPENPGP_KEYRING_H
+#define AUX_OPENPGP_KEYRING_H
 
-#include "data/refusal.h"
+#include "error/refusal.h"
 
 /// The home directory of gpg that holds the imported key for as long as it is needed.
 namespace aux::keyring

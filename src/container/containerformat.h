@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef AUX_DATA_CONTAINERFORMAT_H
-#define AUX_DATA_CONTAINERFORMAT_H
+#ifndef AUX_CONTAINER_CONTAINERFORMAT_H
+#define AUX_CONTAINER_CONTAINERFORMAT_H
 
 #include "aux/datahelper.h"
 

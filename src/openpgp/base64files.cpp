@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "aux/datahelper.h"
-#include "data/filepair.h"
-#include "data/refusal.h"
+#include "error/refusal.h"
+#include "openpgp/filepair.h"
 
 namespace aux
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef AUX_DATA_REFUSAL_H
-#define AUX_DATA_REFUSAL_H
+#ifndef AUX_ERROR_REFUSAL_H
+#define AUX_ERROR_REFUSAL_H
 
 #include "error/failure.h"
 

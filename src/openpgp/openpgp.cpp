@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "aux/datahelper.h"
-#include "data/gpg.h"
-#include "data/keyring.h"
+#include "openpgp/gpg.h"
+#include "openpgp/keyring.h"
 
 #include <QDateTime>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#ifndef AUX_DATA_HELPERPROGRAM_H
-#define AUX_DATA_HELPERPROGRAM_H
+#ifndef AUX_PROCESS_HELPERPROGRAM_H
+#define AUX_PROCESS_HELPERPROGRAM_H
 
-#include "data/refusal.h"
+#include "error/refusal.h"
 
 #include <QProcess>
 #include <QVector>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "data/gpglisting.h"
+#include "openpgp/gpglisting.h"
 
 #include <algorithm>
 #include <functional>

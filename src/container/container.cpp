@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "aux/fshelper.h"
-#include "data/containerformat.h"
-#include "data/refusal.h"
+#include "container/containerformat.h"
 #include "error/debugline.h"
+#include "error/refusal.h"
 #include "fs/fileidentity.h"
 
 #include <QFile>
