@@ -6,6 +6,7 @@ mapfile -t sources < <(git ls-files '*.cpp' '*.h')
 clang-format --dry-run -Werror "${sources[@]}"
 mapfile -t scripts < <(git grep -l '^#!/usr/bin/env bash')
 shellcheck "${scripts[@]}"
+scripts/check-includes
 cmake --preset ci
 cmake --build --preset ci # generated sources
 run-clang-tidy -quiet -p build/ci "$PWD/(src|tests|tools|bench)/.*\.cpp\$"
