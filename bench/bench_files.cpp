@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Checksums, containers and moves against the least work that does the same. Needs a /data of its
-// own: tests/sandbox build/release/bench/bench_files
+// own: kit/sandbox build/release/bench/bench_files
 #include <aux/datahelper.h>
 #include <aux/fshelper.h>
 

@@ -51,25 +51,25 @@ prepare() {
     scripts/bootstrap cpio e2fsprogs kmod mmdebstrap nbdkit qemu-system-arm rsync
     directory=$PWD/build/terminal/$arch
     mkdir -p "$directory"
-    tests/terminal/build.sh "$arch" "$directory"
-    tests/terminal/image.sh "$arch" "$directory"
+    kit/terminal/build.sh "$arch" "$directory"
+    kit/terminal/image.sh "$arch" "$directory"
 }
 
 # Boots with a disk for /data that is made if need be.
 boot() { # DISK TASK
     [ -e "$1" ] || mkfs.ext4 -q -L data "$1" 256M
-    tests/terminal/machine.sh "$arch" "$directory" "$1" "$2"
+    kit/terminal/machine.sh "$arch" "$directory" "$1" "$2"
 }
 
 # What is in /data stays from one time to the next.
 run_shell() {
-    boot "$directory/data.img" shell
+    boot "$directory/data.img" kit/terminal/shell.sh
 }
 
 run_test() {
     local console=$directory/console passed failed skipped cut lost
     rm -f "$directory/test.img"
-    boot "$directory/test.img" test </dev/null | tee "$console.test"
+    boot "$directory/test.img" tests/terminal/test.sh </dev/null | tee "$console.test"
     read -r failed passed < <(sed -nE 's/.*, ([0-9]+) tests failed out of ([0-9]+)\r?$/\1 \2/p' "$console.test") ||
         { echo "The tests in the terminal did not come to an end" >&2 && exit 1; }
     skipped=$(grep -c '^SKIP' "$console.test" || true)

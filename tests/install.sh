@@ -39,7 +39,7 @@ if [ -n "$foreign" ]; then
     exit 1
 fi
 classes=$(nm --dynamic --defined-only --demangle "$library" |
-    sed -nE 's/^.* aux::([A-Za-z0-9]+)(::|\().*/\1/p' | sort -u | tr '\n' ' ')
+    sed -nE 's/^.* aux::([A-Za-z0-9]+)(::|\().*/\1/p' | LC_ALL=C sort -u | tr '\n' ' ')
 [ "$classes" = "$(cat "$here/data/exports.txt") " ] || {
     echo "exported: $classes"
     exit 1

@@ -36,7 +36,7 @@ private Q_SLOTS:
     void init()
     {
         clear(dir);
-        clear("/tmp");
+        clearTmp();
         clear("/data/small");
     }
 
@@ -97,7 +97,7 @@ private Q_SLOTS:
         QCOMPARE(::text(fileError),
                  QString("libaux decryptKeyB64StoreToTemp: %1 10001").arg(reason));
         QVERIFY(path.isEmpty());
-        QVERIFY(filesIn("/tmp").isEmpty());
+        QCOMPARE(filesInTmp(), QStringList());
     }
 
     void keysAreNotLeftInTheClear()

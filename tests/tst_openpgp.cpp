@@ -199,7 +199,7 @@ private Q_SLOTS:
         QFETCH(QString, reason);
         if (key.name == future.name) { // the clock was set back after the import
             QCOMPARE(importKey(key), failure("importKeypairGPG", reason));
-            QCOMPARE(filesIn("/tmp"), QStringList());
+            QCOMPARE(filesInTmp(), QStringList());
             QVERIFY(QDir("/tmp").mkdir("gpg-temp-keyring"));
             QFile::setPermissions(keyring, QFileDevice::Permissions(0x7000));
             othermachine::gpg({"--import"}, othermachine::gpg({"--export", key.name}), key.madeAt,

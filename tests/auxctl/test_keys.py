@@ -6,9 +6,8 @@ import shutil
 import subprocess
 import unittest
 
-from world import AUXCTL, NEW, World
+from world import NEW, SHOWN, TMP, World
 
-STAGE = pathlib.Path(AUXCTL).parts[2]
 KEYRING = pathlib.Path("/tmp/gpg-temp-keyring")
 TRANSFER = NEW.parent / "transfer"
 PASSPHRASE = "Größe € p"
@@ -48,7 +47,7 @@ class Keys(World):
 
     def check_nothing_is_left(self):
         self.auxctl("pgp", "remove")
-        self.assertEqual(sorted(os.listdir("/tmp")), sorted([STAGE, "server", "work"]))
+        self.assertEqual(set(os.listdir(TMP)), {*SHOWN[TMP], "server", "work"})
         for process in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
             self.assertNotIn(str(KEYRING).encode(), process.read_bytes())
 

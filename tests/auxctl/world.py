@@ -12,8 +12,11 @@ import unittest
 AUXCTL = os.environ["AUXCTL"]
 LIBRARIES = os.environ["LD_LIBRARY_PATH"]
 DATA = pathlib.Path("/data")
+TMP = pathlib.Path("/tmp")
 NEW = DATA / "zel/rk4/new"
 ARCHIVE = DATA / "zel/rk4/archive"
+# What is there from the start: the checkout may be below it.
+SHOWN = {place: os.listdir(place) for place in (DATA, TMP)}
 SETTINGS = DATA / "config/aux/terminal.JSON"
 
 
@@ -22,10 +25,11 @@ class World(unittest.TestCase):
 
     def setUp(self):
         for entry in DATA.iterdir():
-            shutil.rmtree(entry)
+            if entry.name not in SHOWN[DATA]:
+                shutil.rmtree(entry)
         for directory in (NEW, ARCHIVE, SETTINGS.parent):
             directory.mkdir(parents=True)
-        self.work = pathlib.Path("/tmp/work")
+        self.work = TMP / "work"
         shutil.rmtree(self.work, ignore_errors=True)
         self.work.mkdir()
 

@@ -30,6 +30,26 @@ inline QStringList filesIn(const QString &path)
                                 QDir::NoDotAndDotDot);
 }
 
+/// The names in /tmp but for those that were there from the start: the checkout may be below it.
+inline QStringList filesInTmp()
+{
+    static const QStringList shown = filesIn("/tmp");
+    QStringList names = filesIn("/tmp");
+    for (const QString &name : shown)
+        names.removeAll(name);
+    return names;
+}
+
+/// Removes what was left in /tmp.
+inline void clearTmp()
+{
+    for (const QString &name : filesInTmp()) {
+        const QString path = "/tmp/" + name;
+        if (!QFile::remove(path) && !QDir(path).removeRecursively())
+            qFatal("cannot remove %s", qPrintable(path));
+    }
+}
+
 /// Empties a directory, making it if need be.
 inline void clear(const QString &path)
 {

@@ -67,7 +67,7 @@ inline QByteArray incompressible(int size)
 inline void prepareWork()
 {
     clear(dir);
-    clear("/tmp");
+    clearTmp();
     QDir::setCurrent(dir);
     write("out", "old");
 }
@@ -77,7 +77,7 @@ inline void checkNothingIsLeft()
 {
     QCOMPARE(residents(), QStringList());
     QCOMPARE(text(DataHelper::removeKeypairGPG()), QString());
-    QCOMPARE(filesIn("/tmp"), QStringList());
+    QCOMPARE(filesInTmp(), QStringList());
     for (const QString &file : filesIn(dir))
         QVERIFY2(!file.startsWith('.'), qPrintable(file));
 }

@@ -3,7 +3,7 @@
 here=$(dirname "$0")
 build=/libaux/build/tests
 export TERM=dumb
-"$here/radio.sh"
+"$here/../../kit/terminal/radio.sh"
 while read -r name reason; do
     echo "SKIP: $name: $reason"
     names+=("$name")

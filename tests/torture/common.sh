@@ -18,7 +18,7 @@ need_strace() {
 
 # Starts the calling script once more, in a world with a /data of its own.
 run_inside() {
-    exec "$here/../sandbox" "$0" "$settings" --inside
+    exec "$here/../../kit/sandbox" "$0" "$settings" --inside
 }
 
 file_of() { # ORGANISATION

@@ -16,10 +16,10 @@ clean_up() {
 
 prepare() {
     [ "$(id -u)" -eq 0 ] || skip "only root may mount an image"
-    "$here/../sandbox" true || exit
+    "$here/../../kit/sandbox" true || exit
     stage=$(mktemp -d)
     trap clean_up EXIT
-    cd "$stage" # the sandbox shows the current directory
+    cd "$stage"
     mkdir data after
     truncate -s 16M image
     mkfs.ext4 -q image
@@ -29,7 +29,7 @@ prepare() {
 # Writes a setting, takes the copy, and looks for a line in it.
 cut_after() { # OPERATION VALUE LINE
     local found=lost
-    "$here/../sandbox" bash -c 'mount --bind data /data && "$@" 2>/dev/null && cp image copy' - \
+    "$here/../../kit/sandbox" --writable "$stage" bash -c 'mount --bind data /data && "$@" 2>/dev/null && cp image copy' - \
         "$settings" power "$1" "$2"
     mount -o loop copy after
     ! grep -q "^ *$3,\?$" after/config/power/terminal.JSON 2>/dev/null || found=survived

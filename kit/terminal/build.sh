@@ -12,7 +12,7 @@ main() {
     make_builder "$1" "$checkout"
     copy_sources "$checkout"
     [ ! -e "$builder/built" ] || return 0
-    in_builder /libaux/tests/terminal/build.sh --inside "$1"
+    in_builder /libaux/kit/terminal/build.sh --inside "$1"
     touch "$builder/built"
 }
 
