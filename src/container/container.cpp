@@ -2,7 +2,7 @@
 #include "aux/fshelper.h"
 #include "container/containerformat.h"
 #include "error/debugline.h"
-#include "error/refusal.h"
+#include "error/reason.h"
 #include "fs/fileidentity.h"
 
 #include <QFile>

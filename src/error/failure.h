@@ -18,10 +18,24 @@ enum class ErrorId : unsigned int {
     NoSpace = 10006,
 };
 
-/// The one way to make a failure.
-inline Error failure(ErrorId id, QString message)
+/// The one way to make a failure. The cause becomes its extra data; null where the system has not
+/// caused it.
+inline Error failure(ErrorId id, QString message, const QString &cause = {})
 {
-    return ErrorData(QStringLiteral("libaux"), std::move(message), static_cast<unsigned int>(id));
+    Error error =
+        ErrorData(QStringLiteral("libaux"), std::move(message), static_cast<unsigned int>(id));
+    error.setExtraData(cause);
+    return error;
+}
+
+/// What caused a failure: an errno, or what the path is or is not.
+inline QString causeOf(const QString &path, const QString &explanation)
+{
+    return path + QStringLiteral(": ") + explanation;
+}
+inline QString causeOf(const QString &path, int error)
+{
+    return causeOf(path, qt_error_string(error));
 }
 
 } // namespace aux

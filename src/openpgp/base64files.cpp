@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "aux/datahelper.h"
-#include "error/refusal.h"
+#include "error/reason.h"
 #include "openpgp/filepair.h"
 
 namespace aux
@@ -16,7 +16,7 @@ Reason run(FilePair &files, bool decode)
     const QStringList arguments = decode ? QStringList(QStringLiteral("--decode")) : QStringList();
     Reason reason =
         base64.run(QStringLiteral("base64"), arguments, [&files] { return files.bytes(); });
-    if (!reason.isNull())
+    if (!reason.isNone())
         return reason;
     if (base64.exitCode() == 0)
         return files.publish();
@@ -31,7 +31,7 @@ Error DataHelper::base64(const QString &inFile, const QString &outFile, bool dec
 {
     FilePair files(inFile, outFile);
     Reason reason = files.open();
-    if (reason.isNull())
+    if (reason.isNone())
         reason = run(files, decode);
     return outcome("base64", reason);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "openpgp/filepair.h"
-#include "error/refusal.h"
+#include "error/reason.h"
 
 #include <QFileInfo>
 

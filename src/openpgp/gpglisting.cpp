@@ -92,7 +92,7 @@ Reason Key::whyInvalid(qint64 now) const
 Reason Key::whyUseless(qint64 now) const
 {
     Reason invalid = whyInvalid(now);
-    if (!invalid.isNull())
+    if (!invalid.isNone())
         return invalid;
     QVector<Key> parts = subkeys;
     parts += *this;

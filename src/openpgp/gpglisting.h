@@ -2,7 +2,7 @@
 #ifndef AUX_OPENPGP_GPGLISTING_H
 #define AUX_OPENPGP_GPGLISTING_H
 
-#include "error/refusal.h"
+#include "error/reason.h"
 
 #include <QByteArrayList>
 #include <QVector>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "aux/datahelper.h"
-#include "error/refusal.h"
+#include "error/reason.h"
 #include "fs/datadirectories.h"
 
 #include <QTemporaryFile>
@@ -69,7 +69,7 @@ std::pair<Error, QString> DataHelper::decryptKeyB64StoreToTemp(const QString &ke
 {
     constexpr const char *operation = "decryptKeyB64StoreToTemp";
     const auto [reason, key] = reveal(keyB64, passPhrase);
-    if (!reason.isNull())
+    if (!reason.isNone())
         return {refuse(operation, reason), {}};
     QString path = storeInTemp(key);
     if (path.isEmpty())

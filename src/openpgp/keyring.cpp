@@ -94,7 +94,8 @@ void control(const QStringList &request)
 {
     HelperProgram gpgconf;
     const QStringList home{QStringLiteral("--homedir"), path};
-    gpgconf.run(QStringLiteral("gpgconf"), home + request, [] { return 0; });
+    // Whether anything is left is looked at afterwards.
+    static_cast<void>(gpgconf.run(QStringLiteral("gpgconf"), home + request, [] { return 0; }));
 }
 
 } // namespace
@@ -121,7 +122,7 @@ bool hasRoom()
 Reason make()
 {
     Reason reason = remove();
-    if (!reason.isNull())
+    if (!reason.isNone())
         return reason;
     if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0)
         return QStringLiteral("%1 cannot be made").arg(path);
@@ -133,7 +134,7 @@ Reason remove()
     if (state() == State::Foreign)
         return foreign;
     Reason reason = quiet();
-    if (!reason.isNull() || state() == State::Missing)
+    if (!reason.isNone() || state() == State::Missing)
         return reason;
     control({QStringLiteral("--remove-socketdir")}); // where /run has one for this user
     return QDir(path).removeRecursively() ? Reason()

@@ -2,7 +2,7 @@
 #ifndef AUX_OPENPGP_KEYRING_H
 #define AUX_OPENPGP_KEYRING_H
 
-#include "error/refusal.h"
+#include "error/reason.h"
 
 /// The home directory of gpg that holds the imported key for as long as it is needed.
 namespace aux::keyring

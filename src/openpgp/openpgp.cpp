@@ -44,11 +44,11 @@ Reason import(QFile &file)
     Reason reason =
         run.execute({QStringLiteral("--allow-non-selfsigned-uid"), QStringLiteral("--import")},
                     [&file] { return file.size(); });
-    if (!reason.isNull())
+    if (!reason.isNone())
         return reason;
     const auto [unknown, keys] = importedKeys();
-    Reason refused = unknown.isNull() ? whyRefused(keys) : unknown;
-    if (!refused.isNull() || run.isDone())
+    Reason refused = unknown.isNone() ? whyRefused(keys) : unknown;
+    if (!refused.isNone() || run.isDone())
         return refused;
     return run.status().isSecretKeyLost() ? QStringLiteral("gpg-agent did not take the secret key")
                                           : QStringLiteral("file holds no whole key");
@@ -85,30 +85,30 @@ Reason cryptFileGPG(const QString &inFile, const QString &outFile, gpg::Run &run
 {
     FilePair files(inFile, outFile);
     Reason reason = files.open();
-    if (!reason.isNull())
+    if (!reason.isNone())
         return reason;
     files.connectTo(run.program());
     reason = run.execute(command, [&files] { return files.bytes(); });
-    if (reason.isNull())
+    if (reason.isNone())
         reason = judge(run);
-    if (!reason.isNull() && !files.hasRoom())
+    if (!reason.isNone() && !files.hasRoom())
         reason = reason::cannotWrite;
-    else if (!reason.isNull() && !keyring::hasRoom())
+    else if (!reason.isNone() && !keyring::hasRoom())
         reason = keyring::noRoom;
     const Reason loud = keyring::quiet();
-    if (reason.isNull())
+    if (reason.isNone())
         reason = loud;
-    return reason.isNull() ? files.publish() : reason;
+    return reason.isNone() ? files.publish() : reason;
 }
 
 Reason encrypt(const QString &inFile, const QString &outFile)
 {
     const auto [unknown, keys] = importedKeys();
-    if (!unknown.isNull())
+    if (!unknown.isNone())
         return unknown;
     const gpg::Key key = keys.value(0);
     Reason useless = keys.isEmpty() ? keyring::noKey : key.whyUseless(now());
-    if (!useless.isNull())
+    if (!useless.isNone())
         return useless;
     gpg::Run run;
     return cryptFileGPG(inFile, outFile, run,
@@ -121,7 +121,7 @@ Reason decrypt(const QString &inFile, const QString &outFile, const QString &pas
 {
     gpg::Run run;
     Reason reason = run.setPassPhrase(passPhrase);
-    if (!reason.isNull())
+    if (!reason.isNone())
         return reason;
     return cryptFileGPG(inFile, outFile, run, {QStringLiteral("--decrypt")}, whyNotDecrypted);
 }
@@ -132,15 +132,15 @@ Error DataHelper::importKeypairGPG(const QString &keyFile)
 {
     QFile file(keyFile);
     Reason reason = openForProgram(file) ? keyring::make() : reason::cannotRead;
-    if (reason.isNull()) {
+    if (reason.isNone()) {
         reason = import(file);
         const Reason loud = keyring::quiet();
-        if (reason.isNull())
+        if (reason.isNone())
             reason = loud;
-        if (!reason.isNull() && !keyring::hasRoom())
+        if (!reason.isNone() && !keyring::hasRoom())
             reason = keyring::noRoom;
-        const Reason stays = reason.isNull() ? Reason() : keyring::remove();
-        if (!stays.isNull())
+        const Reason stays = reason.isNone() ? Reason() : keyring::remove();
+        if (!stays.isNone())
             reason = stays;
     }
     return outcome("importKeypairGPG", reason);
@@ -149,7 +149,7 @@ Error DataHelper::importKeypairGPG(const QString &keyFile)
 Error DataHelper::encryptFileGPG(const QString &inFile, const QString &outFile)
 {
     Reason reason = keyring::claim();
-    return outcome("encryptFileGPG", reason.isNull() ? encrypt(inFile, outFile) : reason);
+    return outcome("encryptFileGPG", reason.isNone() ? encrypt(inFile, outFile) : reason);
 }
 
 Error DataHelper::decryptFileGPG(const QString &inFile, const QString &outFile,
@@ -157,7 +157,7 @@ Error DataHelper::decryptFileGPG(const QString &inFile, const QString &outFile,
 {
     Reason reason = keyring::claim();
     return outcome("decryptFileGPG",
-                   reason.isNull() ? decrypt(inFile, outFile, passPhrase) : reason);
+                   reason.isNone() ? decrypt(inFile, outFile, passPhrase) : reason);
 }
 
 Error DataHelper::removeKeypairGPG()

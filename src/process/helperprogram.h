@@ -2,7 +2,7 @@
 #ifndef AUX_PROCESS_HELPERPROGRAM_H
 #define AUX_PROCESS_HELPERPROGRAM_H
 
-#include "error/refusal.h"
+#include "error/reason.h"
 
 #include <QProcess>
 #include <QVector>
