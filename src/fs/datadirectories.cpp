@@ -4,10 +4,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QUuid>
 
-#include <array>
+#include <algorithm>
 
 namespace aux
 {
@@ -15,60 +14,44 @@ namespace aux
 namespace
 {
 
-struct Directory {
-    QString name;
-    QString path;
-};
-
 const QString dataRoot = QStringLiteral("/data");
 const QString deviceRoot = dataRoot + QStringLiteral("/zel/rk4");
 
-// Indexed by DirLocation.
-const std::array<Directory, 9> directories{{
-    {QStringLiteral("<invalid>"), {}},
-    {QStringLiteral("data"), dataRoot},
-    {QStringLiteral("config"), dataRoot + QStringLiteral("/config")},
-    {QStringLiteral("new"), deviceRoot + QStringLiteral("/new")},
-    {QStringLiteral("archive"), deviceRoot + QStringLiteral("/archive")},
-    {QStringLiteral("transfer"), deviceRoot + QStringLiteral("/transfer")},
-    {QStringLiteral("log"), deviceRoot + QStringLiteral("/log")},
-    {QStringLiteral("failed"), deviceRoot + QStringLiteral("/failed")},
-    {QStringLiteral("tmp"), QDir::tempPath()},
-}};
+constexpr bool isFound = true;
+constexpr bool isNotFound = false;
+constexpr bool isCleared = true;
+constexpr bool isKept = false;
 
-DirLocation locationAt(std::size_t index)
+// Failed is deliberately not found by its path.
+// clang-format off
+const QVector<DataDirectory> directories{
+    {QStringLiteral("<invalid>"), {},                                       isNotFound, isKept},
+    {QStringLiteral("data"),      dataRoot,                                 isFound,    isKept},
+    {QStringLiteral("config"),    dataRoot + QStringLiteral("/config"),     isFound,    isCleared},
+    {QStringLiteral("new"),       deviceRoot + QStringLiteral("/new"),      isFound,    isCleared},
+    {QStringLiteral("archive"),   deviceRoot + QStringLiteral("/archive"),  isFound,    isCleared},
+    {QStringLiteral("transfer"),  deviceRoot + QStringLiteral("/transfer"), isFound,    isCleared},
+    {QStringLiteral("log"),       deviceRoot + QStringLiteral("/log"),      isFound,    isCleared},
+    {QStringLiteral("failed"),    deviceRoot + QStringLiteral("/failed"),   isNotFound, isCleared},
+    {QStringLiteral("tmp"),       QDir::tempPath(),                         isFound,    isKept},
+};
+// clang-format on
+
+/// The last location whose row answers the question, else Invalid: a temporary directory that is
+/// also another location is the temporary one.
+template <typename Question>
+DirLocation findLocation(const Question &question)
 {
-    return static_cast<DirLocation>(index);
+    const auto found = std::find_if(directories.rbegin(), directories.rend(), question);
+    return found == directories.rend() ? DirLocation::Invalid
+                                       : static_cast<DirLocation>(directories.rend() - found - 1);
 }
 
-const Directory &directory(DirLocation location)
+const DataDirectory &directory(DirLocation location)
 {
-    const auto index = static_cast<std::size_t>(location);
-    return directories[index < directories.size() ? index : 0];
+    const int index = static_cast<int>(location);
+    return directories[index >= 0 && index < directories.size() ? index : 0];
 }
-
-QHash<QString, DirLocation> makeLocationsByName()
-{
-    QHash<QString, DirLocation> locations;
-    for (std::size_t index = 0; index < directories.size(); ++index)
-        locations.insert(directories[index].name, locationAt(index));
-    return locations;
-}
-
-QHash<QString, DirLocation> makeLocationsByPath()
-{
-    QHash<QString, DirLocation> locations;
-    for (std::size_t index = 1; index < directories.size(); ++index) {
-        // Failed is deliberately not found by its path. The temporary directory has no path where
-        // TMPDIR names a missing directory; "" would then stand for "/".
-        if (locationAt(index) != DirLocation::Failed && !directories[index].path.isEmpty())
-            locations.insert(directories[index].path, locationAt(index));
-    }
-    return locations;
-}
-
-const QHash<QString, DirLocation> locationsByName = makeLocationsByName();
-const QHash<QString, DirLocation> locationsByPath = makeLocationsByPath();
 
 const QString defaultBackgroundImage =
     QStringLiteral("qrc:/media/img/splash_motif06_keyvisual_800_480b.png");
@@ -79,6 +62,11 @@ QString besideFile(const QString &filePath, const QString &name)
 }
 
 } // namespace
+
+const QVector<DataDirectory> &dataDirectories()
+{
+    return directories;
+}
 
 bool directoryExists(DirLocation location)
 {
@@ -93,7 +81,7 @@ QString FsHelper::dirLocationToString(DirLocation location)
 
 DirLocation FsHelper::dirLocationFromString(const QString &name)
 {
-    return locationsByName.value(name, DirLocation::Invalid);
+    return findLocation([&](const DataDirectory &row) { return row.name == name; });
 }
 
 QString FsHelper::dirLocationToFullPath(DirLocation location)
@@ -104,7 +92,11 @@ QString FsHelper::dirLocationToFullPath(DirLocation location)
 DirLocation FsHelper::dirLocationFromFullPath(const QString &filePath)
 {
     const QString holder = filePath.left(filePath.lastIndexOf(QLatin1Char('/')));
-    return locationsByPath.value(holder, DirLocation::Invalid);
+    // The temporary directory has no path where TMPDIR names a missing directory; "" would then
+    // stand for "/".
+    return findLocation([&](const DataDirectory &row) {
+        return row.isFoundByPath && !row.path.isEmpty() && row.path == holder;
+    });
 }
 
 QString FsHelper::createPathName(DirLocation location, const QString &fileName)

@@ -4,8 +4,21 @@
 
 #include "aux/fshelper.h"
 
+#include <QVector>
+
 namespace aux
 {
+
+/// What is known of a location.
+struct DataDirectory {
+    QString name;
+    QString path;       // of the temporary directory the one at load time; it may change
+    bool isFoundByPath; // dirLocationFromFullPath knows it
+    bool isClearedByReset;
+};
+
+/// All locations, indexed by DirLocation, the invalid one included.
+const QVector<DataDirectory> &dataDirectories();
 
 /// Tells whether the location is valid and its directory exists. An invalid location has an empty
 /// path, which Qt would take for the current directory.

@@ -43,12 +43,10 @@ bool FsHelper::checkFreeSpace(DirLocation location, qint64 bytes)
 Error FsHelper::removeEntireDataDir()
 {
     bool removed = true;
-    for (const DirLocation location :
-         {DirLocation::Config, DirLocation::New, DirLocation::Archive, DirLocation::Transfer,
-          DirLocation::Log, DirLocation::Failed}) {
+    for (const DataDirectory &directory : dataDirectories()) {
         // Deliberately not accumulated: the last directory that exists decides.
-        if (directoryExists(location))
-            removed = QDir(dirLocationToFullPath(location)).removeRecursively();
+        if (directory.isClearedByReset && QDir(directory.path).exists())
+            removed = QDir(directory.path).removeRecursively();
     }
     if (!removed)
         return failure(ErrorId::General,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "location.h"
 
+#include "fs/datadirectories.h"
 #include "nearest.h"
 
 namespace auxctl
@@ -12,9 +13,8 @@ namespace
 QStringList locationNames()
 {
     QStringList names;
-    for (auto value = static_cast<int>(aux::DirLocation::Data);
-         value <= static_cast<int>(aux::DirLocation::Tmp); ++value)
-        names += aux::FsHelper::dirLocationToString(static_cast<aux::DirLocation>(value));
+    for (const aux::DataDirectory &directory : aux::dataDirectories().mid(1)) // not the invalid one
+        names += directory.name;
     return names;
 }
 
