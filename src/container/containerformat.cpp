@@ -3,25 +3,14 @@
 
 #include <QtEndian>
 
-#include <array>
+#include <algorithm>
 #include <climits>
-#include <cstring>
 
 namespace aux::container
 {
 
 namespace
 {
-
-// In the order of the types.
-constexpr std::array<const char *, 5> magics{"ZEL4DDDF", "ZEL4LOGF", "ZEL4CFGF", "ZEL4GPGF",
-                                             "ZEL4UPDF"};
-
-const char *magicOf(Type type)
-{
-    const auto index = static_cast<std::size_t>(type);
-    return index < magics.size() ? magics[index] : nullptr;
-}
 
 QByteArray encodeLength(quint32 length)
 {
@@ -52,23 +41,33 @@ QString Header::fileName() const
     return isPlainName(text) ? text : QString();
 }
 
+const TypeRow *rowOf(Type type)
+{
+    const auto index = static_cast<std::size_t>(type);
+    return index < typeRows.size() ? &typeRows[index] : nullptr;
+}
+
+Type typeOfTag(const QByteArray &tag)
+{
+    const auto found = std::find_if(typeRows.begin(), typeRows.end(),
+                                    [&](const TypeRow &row) { return tag == row.tag; });
+    return static_cast<Type>(found - typeRows.begin()); // Unknown is one past the last
+}
+
 std::optional<QByteArray> encodeHeader(Type type, const QByteArray &digest, const QByteArray &name,
                                        quint32 payloadLength)
 {
-    const char *magic = magicOf(type);
-    if (magic == nullptr)
+    const TypeRow *row = rowOf(type);
+    if (row == nullptr)
         return std::nullopt;
-    return magic + digest + encodeLength(static_cast<quint32>(name.size())) + name +
-           encodeLength(payloadLength);
+    return QByteArray(brand) + row->tag + digest + encodeLength(static_cast<quint32>(name.size())) +
+           name + encodeLength(payloadLength);
 }
 
 Type parseType(const char *data)
 {
-    for (std::size_t index = 0; index < magics.size(); ++index) {
-        if (std::memcmp(data, magics[index], magicSize) == 0)
-            return static_cast<Type>(index);
-    }
-    return Type::Unknown;
+    const QByteArray magic(data, magicSize);
+    return magic.startsWith(brand) ? typeOfTag(magic.mid(brandSize)) : Type::Unknown;
 }
 
 std::optional<Header> parseHeader(const char *data, qint64 size)

@@ -6,11 +6,12 @@
 
 #include <QByteArray>
 
+#include <array>
 #include <optional>
 
 // A container, all integers unsigned 32-bit little-endian, without padding:
 //
-//     magic "ZEL4" | type tag | digest | name length N | name | payload length L | payload
+//     brand "ZEL4" | type tag | digest | name length N | name | payload length L | payload
 //
 // The name is UTF-8 without terminator, the digest the raw SHA-256 of the payload.
 
@@ -19,7 +20,27 @@ namespace aux::container
 
 using Type = DataHelper::ZEL_FILE_TYPE;
 
-constexpr int magicSize = 4 + 4; // brand, type tag
+/// What is known of a type of container.
+struct TypeRow {
+    const char *tag;     // in the file and for people
+    const char *content; // what it holds, in words
+};
+
+/// All types, indexed by Type.
+inline constexpr std::array typeRows{
+    TypeRow{"DDDF", "tachograph download"}, //
+    TypeRow{"LOGF", "log"},
+    TypeRow{"CFGF", "configuration"},
+    TypeRow{"GPGF", "OpenPGP key"},
+    TypeRow{"UPDF", "update"},
+};
+static_assert(typeRows.size() == static_cast<std::size_t>(Type::Unknown));
+
+constexpr const char *brand = "ZEL4";
+constexpr int brandSize = 4;
+constexpr int tagSize = 4;
+
+constexpr int magicSize = brandSize + tagSize;
 constexpr int digestSize = 32;
 constexpr int lengthSize = 4;
 
@@ -53,6 +74,12 @@ struct Header {
     /// The stored name; null unless it is one plain component of a path.
     QString fileName() const;
 };
+
+/// Returns the row of a type; null for one that has none.
+const TypeRow *rowOf(Type type);
+
+/// Returns the type of this tag, Unknown where there is none.
+Type typeOfTag(const QByteArray &tag);
 
 /// Returns everything in front of the payload; nothing for a type that has no tag.
 std::optional<QByteArray> encodeHeader(Type type, const QByteArray &digest, const QByteArray &name,

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
+#include "containerfile.h"
 #include "passphrase.h"
 
 namespace auxctl
@@ -21,6 +22,15 @@ const std::vector<Option> &commonOptions()
 namespace
 {
 
+QByteArray typeSummary()
+{
+    QStringList types = typeNames();
+    types.first() += " (default)";
+    return "What it holds: " + types.join(", ").toUtf8();
+}
+
+const QByteArray types = typeSummary();
+
 // clang-format off
 const Option app{"app", "ORG/NAME", "The application whose settings are meant"};
 const Option name{"name", "NAME", "Use this file name"};
@@ -40,7 +50,7 @@ const std::vector<Command> allCommands{
      "Print a JSON Schema for configuration files", {}, configSchema},
     {"container pack", "FILE CONTAINER", "container", "{path, type, name, size, digest, complete}",
      "Pack a file into a container, which is overwritten",
-     {{"type", "TYPE", "What it holds: DDDF (default), LOGF, CFGF, GPGF, UPDF"}, name}, containerPack},
+     {{"type", "TYPE", types.constData()}, name}, containerPack},
     {"container unpack", "CONTAINER [DIRECTORY]", "unpacked", "{path, type}",
      "Unpack a container and check its digest",
      {name, {"force", nullptr, "Overwrite an existing file"}}, containerUnpack},

@@ -8,13 +8,6 @@
 namespace auxctl
 {
 
-namespace
-{
-
-const QStringList typeNames{"DDDF", "LOGF", "CFGF", "GPGF", "UPDF"};
-
-} // namespace
-
 aux::Error checkNameOption(const Invocation &invocation)
 {
     const QString name = invocation.value("name");
@@ -25,13 +18,20 @@ aux::Error checkNameOption(const Invocation &invocation)
 
 QString typeName(aux::container::Type type)
 {
-    return typeNames.value(static_cast<int>(type));
+    return aux::container::rowOf(type)->tag;
+}
+
+QStringList typeNames()
+{
+    QStringList names;
+    for (const aux::container::TypeRow &row : aux::container::typeRows)
+        names += row.tag;
+    return names;
 }
 
 aux::container::Type typeFromName(const QString &name)
 {
-    const int index = typeNames.indexOf(name.toUpper());
-    return index < 0 ? aux::container::Type::Unknown : static_cast<aux::container::Type>(index);
+    return aux::container::typeOfTag(name.toUpper().toLatin1());
 }
 
 ContainerFile::ContainerFile(const QString &path) : m_file(path)

@@ -37,6 +37,8 @@ aux::Error checkNameOption(const Invocation &invocation);
 
 /// The name of a known type.
 QString typeName(aux::container::Type type);
+/// The names of all types, in their order.
+QStringList typeNames();
 /// The type of this name; Unknown for other names.
 aux::container::Type typeFromName(const QString &name);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "containerfile.h"
+#include "nearest.h"
 #include "progress.h"
 #include "streams.h"
 
@@ -14,10 +15,10 @@ Outcome containerPack(const Invocation &invocation)
     aux::Error wrongName = checkNameOption(invocation);
     if (wrongName.hasError())
         return failed(std::move(wrongName));
-    const QString typeName = invocation.isSet("type") ? invocation.value("type") : "DDDF";
+    const QString typeName = invocation.isSet("type") ? invocation.value("type") : typeNames().first();
     const auto type = typeFromName(typeName);
     if (type == aux::container::Type::Unknown)
-        return misused(QStringLiteral("unknown type \"%1\"").arg(typeName));
+        return unknown("type", typeName, typeNames());
     const OutputPlace output(invocation, 1);
     if (output.error().hasError())
         return failed(output.error());
