@@ -41,7 +41,7 @@ public:
         ConsoleReporter::ReportRuns(runs);
     }
 
-    /// Prints one line per comparison; tells whether all goals were met.
+    /// Prints one line per comparison; returns whether all goals were met.
     [[nodiscard]] bool compare(const std::vector<Comparison> &comparisons) const
     {
         bool allMet = true;

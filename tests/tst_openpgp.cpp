@@ -71,19 +71,19 @@ private Q_SLOTS:
         const QByteArray content = QByteArray::fromHex("00ff0a0d") + QByteArray(300000, 'x');
         const MessageLog log;
         QCOMPARE(importKey(othermachine::exported(key, form)), QString());
-        QCOMPARE(residents(), QStringList());
+        QCOMPARE(keyringProcesses(), QStringList());
 
         write(file, content);
         QCOMPARE(encrypt(file, "out"), QString());
         QCOMPARE(othermachine::decrypted(read("out"), key), content);
         QCOMPARE(QFile::permissions("out") & 0x77, QFileDevice::Permissions());
-        QCOMPARE(residents(), QStringList());
+        QCOMPARE(keyringProcesses(), QStringList());
 
         write("in", othermachine::encrypted(content, key));
         QCOMPARE(decrypt(key.passPhrase, "in", file + file), QString());
         QCOMPARE(read(file + file), content);
         QCOMPARE(QFile::permissions(file + file) & 0x77, QFileDevice::Permissions());
-        QCOMPARE(residents(), QStringList());
+        QCOMPARE(keyringProcesses(), QStringList());
         QCOMPARE(log.take(), QStringList());
     }
 
@@ -101,7 +101,7 @@ private Q_SLOTS:
         QCOMPARE(decrypt(QString(256, 'x')), failure("decryptFileGPG", "pass phrase is too long"));
         othermachine::gpg({"--passphrase", locked.passPhrase, "--decrypt"}, read("in"), {},
                           keyring);
-        QCOMPARE(residents().size(), 1);
+        QCOMPARE(keyringProcesses().size(), 1);
         QCOMPARE(decrypt("wrong"), failure("decryptFileGPG", "wrong pass phrase"));
     }
 

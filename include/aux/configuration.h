@@ -152,7 +152,7 @@ public:
     /// Writes what is pending after a failed write, and takes in what other processes have
     /// written. Also before init().
     void sync();
-    /// Tells whether a pass phrase is set; false before init().
+    /// Returns whether a pass phrase is set; false before init().
     bool isToolsConfigured() const;
     /// Returns the USB devices that are taken for crypto devices, each as "vendor:product"
     /// (DataHelper::vIdpIdListFromString). Also before init().
@@ -196,13 +196,13 @@ public:
 private:
     // The caller holds the mutex.
     bool _isInitialized(const char *operation) const;
-    void _taLogFromSettings();
-    void _taLogToSettings(SettingsArea area) const;
+    void _readSnapshot();
+    void _writeSnapshot(SettingsArea area) const;
     ChangeState _changed(SettingsArea area) const;
 
     mutable QMutex m_mutex;
     bool m_initialized = false;
-    QHash<SettingsCode, QVariant> m_taLog; // the snapshot
+    QHash<SettingsCode, QVariant> m_snapshot;
 };
 
 } // namespace aux

@@ -86,7 +86,7 @@ public:
     [[nodiscard]] static std::pair<Error, QStringList> createDirList(DirLocation location);
     /// Counts what createDirList lists; its failures, with a count of 0.
     [[nodiscard]] static std::pair<Error, int> getNumberOfDirEntries(DirLocation location);
-    /// Tells whether the calling user may write at least so many more bytes, 0 or more, to the
+    /// Returns whether the calling user may write at least so many more bytes, 0 or more, to the
     /// location's file system. False when that cannot be told. An invalid location stands for the
     /// current directory.
     static bool checkFreeSpace(DirLocation location, qint64 bytes);
@@ -110,7 +110,8 @@ public:
     /// directory), "Internal error: path cannot be read" or "Internal error: could not calculate
     /// checksum".
     [[nodiscard]] static std::pair<Error, QString> generateChecksum(const QString &filePath);
-    /// Tells whether the file exists and has exactly this checksum; upper-case text never matches.
+    /// Returns whether the file exists and has exactly this checksum; upper-case text never
+    /// matches.
     ///
     /// The reason for a false goes to the debug log as "validateChecksum" and one of
     /// ": invalid path parameter", ": invalid checksum parameter", ": path does not exist",

@@ -130,7 +130,7 @@ public:
     /// What the kernel says below "/sys/class/net/".
     /// @{
 
-    /// Tells whether an interface has a carrier and is in the operational state up.
+    /// Returns whether an interface has a carrier and is in the operational state up.
     ///
     /// The debug log says "ifaceIsConnected", the interface and ": carrier and up", ": no carrier"
     /// (also while the interface is set down) or ": not up"; or ": sysfs entry missing: " and the

@@ -91,7 +91,7 @@ public:
     static QJsonObject getCurrentDateTimeUTCInfo();
     /// @}
 
-    /// Tells whether the kernel's device database lists a touchscreen: runs "udevadm info
+    /// Returns whether the kernel's device database lists a touchscreen: runs "udevadm info
     /// --export-db" and looks for the property ID_INPUT_TOUCHSCREEN=1.
     ///
     /// Waits for the program for two seconds; then it is killed together with all it has started,

@@ -37,7 +37,7 @@ void Configuration::init()
         return;
     }
     useSettingsFile();
-    _taLogFromSettings();
+    _readSnapshot();
     m_initialized = true;
 }
 

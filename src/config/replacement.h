@@ -9,7 +9,7 @@ namespace aux
 {
 
 /// Writes a text to a device. If that is a QSaveFile, it is fit to take the place of its file then:
-/// - All of the text is on the storage. Where that fails the save file is cancelled; by itself it
+/// - All of the text is fsynced. Where that fails the save file is cancelled; by itself it
 ///   would put even a text that was cut off by a full disk in place of the good one.
 /// - It is later than the file it replaces, by a millisecond at least. QSettings reads a file again
 ///   only when its size or its time in milliseconds has changed, and the clock of file systems

@@ -65,7 +65,7 @@ void changeSettings(const std::function<void(QSettings &)> &change)
     const QString present = nearestDirectory(file); // what is below will be made
     change(settings);
     settings.sync();
-    // The new text is on the storage, its name is not yet.
+    // The new text is fsynced, its name is not yet.
     syncNames(present, file);
 }
 

@@ -20,7 +20,7 @@ struct DataDirectory {
 /// All locations, indexed by DirLocation, the invalid one included.
 const QVector<DataDirectory> &dataDirectories();
 
-/// Tells whether the location is valid and its directory exists. An invalid location has an empty
+/// Returns whether the location is valid and its directory exists. An invalid location has an empty
 /// path, which Qt would take for the current directory.
 bool directoryExists(DirLocation location);
 

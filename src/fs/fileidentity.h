@@ -7,13 +7,13 @@
 namespace aux
 {
 
-/// Tells whether both paths lead to one file (same device and inode), links followed.
+/// Returns whether both paths lead to one file (same device and inode), links followed.
 bool isSameFile(const QString &path, const QString &otherPath);
 
-/// Tells whether anything has this name, a dangling link too.
+/// Returns whether anything has this name, a dangling link too.
 bool isOccupied(const QString &path);
 
-/// Tells whether removing `path` would take the file away that `otherPath` names: both are the
+/// Returns whether removing `path` would take the file away that `otherPath` names: both are the
 /// same directory entry, or `otherPath` is another spelling of it or a link to it.
 bool isOnlyName(const QString &path, const QString &otherPath);
 

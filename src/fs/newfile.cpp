@@ -19,8 +19,8 @@ QString directoryOf(const QString &path)
     return QFileInfo(path).absolutePath();
 }
 
-/// Tells whether a file may take this name; a device or a pipe must not be replaced by one, and a
-/// directory that cannot be read cannot be brought to the storage.
+/// Returns whether a file may take this name; a device or a pipe must not be replaced by one, and a
+/// directory that cannot be opened cannot be fsynced.
 bool isFreeForFile(const QString &path)
 {
     const QFileInfo info(path);
@@ -46,7 +46,7 @@ bool NewFile::hasRoom(int bytes)
     return ::write(handle(), block.constData(), block.size()) == block.size();
 }
 
-bool NewFile::publish()
+bool NewFile::commit()
 {
     if (!m_file.flush() || ::fsync(handle()) != 0)
         return false;

@@ -25,10 +25,11 @@ public:
     qint64 size() const { return m_file.size(); }
     int handle() const { return m_file.handle(); }
     bool write(const QByteArray &content) { return m_file.write(content) == content.size(); }
-    /// Tells whether it can still grow by so much; where not, what wrote to it had no room.
+    /// Returns whether it can still grow by so much; where not, what wrote to it had no room.
     bool hasRoom(int bytes = 4096);
-    /// Gives it its name. When this is true, file and name are on the storage.
-    bool publish();
+    /// Gives it its name and fsyncs both the file and its directory; true when all of that
+    /// succeeded.
+    bool commit();
 
 private:
     QString m_path;

@@ -7,10 +7,10 @@
 namespace aux
 {
 
-/// Brings the names in a directory to the storage; tells whether they are there.
+/// Fsyncs a directory, that is the names in it; returns whether that succeeded.
 bool syncDirectory(const QString &path);
 
-/// Brings everything in the directory's file system to the storage; tells whether it is there.
+/// Syncs the file system of the directory; returns whether that succeeded.
 bool syncFileSystem(const QString &path);
 
 } // namespace aux

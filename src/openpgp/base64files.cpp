@@ -19,7 +19,7 @@ Reason run(FilePair &files, bool decode)
     if (!reason.isNone())
         return reason;
     if (base64.exitCode() == 0)
-        return files.publish();
+        return files.commit();
     if (!files.hasRoom())
         return reason::cannotWrite;
     return decode ? QStringLiteral("input is not base64") : QStringLiteral("base64 failed");

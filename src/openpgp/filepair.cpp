@@ -27,9 +27,9 @@ void FilePair::connectTo(HelperProgram &program) const
     program.setOutput(m_output.handle());
 }
 
-Reason FilePair::publish()
+Reason FilePair::commit()
 {
-    return m_output.publish() ? Reason() : reason::cannotWrite;
+    return m_output.commit() ? Reason() : reason::cannotWrite;
 }
 
 } // namespace aux

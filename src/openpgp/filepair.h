@@ -24,10 +24,10 @@ public:
     void connectTo(HelperProgram &program) const;
     /// What the program has to go through; of the output only what is there is known.
     qint64 bytes() const { return m_input.size() + m_output.size(); }
-    /// Tells whether the program, which has failed, could still have written.
+    /// Returns whether the program, which has failed, could still have written.
     bool hasRoom() { return m_output.hasRoom(); }
     /// Gives the output its name; the reason where that fails.
-    Reason publish();
+    Reason commit();
 
 private:
     QFile m_input;

@@ -63,7 +63,7 @@ Reason Run::setPassPhrase(const QString &passPhrase)
     ::close(ends[1]);
     if (!isWritten)
         return notHandedOver;
-    m_program.lend(ends[0]);
+    m_program.inherit(ends[0]);
     m_options = QStringList{QStringLiteral("--pinentry-mode"), QStringLiteral("loopback"),
                             QStringLiteral("--passphrase-fd"), QString::number(ends[0]),
                             QStringLiteral("--no-symkey-cache")};

@@ -45,7 +45,7 @@ State state()
 }
 
 /// gpg names the home directory to everything that it starts.
-bool runsHere(const QString &process)
+bool usesKeyring(const QString &process)
 {
     QFile commandLine(process + QStringLiteral("/cmdline"));
     if (!commandLine.open(QIODevice::ReadOnly))
@@ -56,19 +56,19 @@ bool runsHere(const QString &process)
 }
 
 /// This user's processes on the keyring.
-QVector<pid_t> residents()
+QVector<pid_t> keyringProcesses()
 {
     QVector<pid_t> found;
     const QDir processes(QStringLiteral("/proc"));
     const auto entries = processes.entryInfoList({QStringLiteral("[0-9]*")}, QDir::Dirs);
     for (const QFileInfo &entry : entries) {
-        if (entry.ownerId() == ::geteuid() && runsHere(entry.filePath()))
+        if (entry.ownerId() == ::geteuid() && usesKeyring(entry.filePath()))
             found += entry.fileName().toInt();
     }
     return found;
 }
 
-/// Tells whether it has let go of everything; its parent may not have asked for it yet.
+/// Returns whether it has let go of everything; its parent may not have asked for it yet.
 bool hasEnded(pid_t process)
 {
     QFile status(QStringLiteral("/proc/%1/stat").arg(process));
@@ -78,7 +78,7 @@ bool hasEnded(pid_t process)
     return fields.mid(fields.lastIndexOf(')') + 2, 1) == "Z";
 }
 
-/// Tells whether all of them have ended in time.
+/// Returns whether all of them have ended in time.
 bool haveEnded(const QVector<pid_t> &processes)
 {
     const QDeadlineTimer deadline(endPatience);
@@ -100,7 +100,7 @@ void control(const QStringList &request)
 
 } // namespace
 
-Reason claim()
+Reason requireKeyring()
 {
     switch (state()) {
     case State::Missing:
@@ -110,7 +110,7 @@ Reason claim()
     case State::Own:
         break;
     }
-    return quiet();
+    return stopAgents();
 }
 
 bool hasRoom()
@@ -133,7 +133,7 @@ Reason remove()
 {
     if (state() == State::Foreign)
         return foreign;
-    Reason reason = quiet();
+    Reason reason = stopAgents();
     if (!reason.isNone() || state() == State::Missing)
         return reason;
     control({QStringLiteral("--remove-socketdir")}); // where /run has one for this user
@@ -141,9 +141,9 @@ Reason remove()
                                           : QStringLiteral("%1 cannot be removed").arg(path);
 }
 
-Reason quiet()
+Reason stopAgents()
 {
-    const QVector<pid_t> processes = residents();
+    const QVector<pid_t> processes = keyringProcesses();
     if (state() == State::Own)
         control({QStringLiteral("--kill"), QStringLiteral("all")});
     if (haveEnded(processes))

@@ -14,9 +14,9 @@ extern const Reason noRoom;
 
 /// Makes sure of it, with nothing running on it. The reason where it cannot be used: there is none,
 /// or what has its name was not made here. That is never used, followed or removed.
-Reason claim();
+Reason requireKeyring();
 
-/// Tells whether gpg could write to it; where not, what gpg says is not to be trusted.
+/// Returns whether gpg could write to it; where not, what gpg says is not to be trusted.
 bool hasRoom();
 
 /// Makes it anew, without a key.
@@ -27,7 +27,7 @@ Reason remove();
 
 /// Ends what gpg has left running on it: an agent that still knows the pass phrase would accept
 /// any. The reason where something could not be ended.
-Reason quiet();
+Reason stopAgents();
 
 } // namespace aux::keyring
 

@@ -46,8 +46,8 @@ Reason import(QFile &file)
                     [&file] { return file.size(); });
     if (!reason.isNone())
         return reason;
-    const auto [unknown, keys] = importedKeys();
-    Reason refused = unknown.isNone() ? whyRefused(keys) : unknown;
+    const auto [listingFailure, keys] = importedKeys();
+    Reason refused = listingFailure.isNone() ? whyRefused(keys) : listingFailure;
     if (!refused.isNone() || run.isDone())
         return refused;
     return run.status().isSecretKeyLost() ? QStringLiteral("gpg-agent did not take the secret key")
@@ -95,17 +95,17 @@ Reason cryptFileGPG(const QString &inFile, const QString &outFile, gpg::Run &run
         reason = reason::cannotWrite;
     else if (!reason.isNone() && !keyring::hasRoom())
         reason = keyring::noRoom;
-    const Reason loud = keyring::quiet();
+    const Reason stopFailure = keyring::stopAgents();
     if (reason.isNone())
-        reason = loud;
-    return reason.isNone() ? files.publish() : reason;
+        reason = stopFailure;
+    return reason.isNone() ? files.commit() : reason;
 }
 
 Reason encrypt(const QString &inFile, const QString &outFile)
 {
-    const auto [unknown, keys] = importedKeys();
-    if (!unknown.isNone())
-        return unknown;
+    const auto [listingFailure, keys] = importedKeys();
+    if (!listingFailure.isNone())
+        return listingFailure;
     const gpg::Key key = keys.value(0);
     Reason useless = keys.isEmpty() ? keyring::noKey : key.whyUseless(now());
     if (!useless.isNone())
@@ -134,28 +134,28 @@ Error DataHelper::importKeypairGPG(const QString &keyFile)
     Reason reason = openForProgram(file) ? keyring::make() : reason::cannotRead;
     if (reason.isNone()) {
         reason = import(file);
-        const Reason loud = keyring::quiet();
+        const Reason stopFailure = keyring::stopAgents();
         if (reason.isNone())
-            reason = loud;
+            reason = stopFailure;
         if (!reason.isNone() && !keyring::hasRoom())
             reason = keyring::noRoom;
-        const Reason stays = reason.isNone() ? Reason() : keyring::remove();
-        if (!stays.isNone())
-            reason = stays;
+        const Reason removalFailure = reason.isNone() ? Reason() : keyring::remove();
+        if (!removalFailure.isNone())
+            reason = removalFailure;
     }
     return outcome("importKeypairGPG", reason);
 }
 
 Error DataHelper::encryptFileGPG(const QString &inFile, const QString &outFile)
 {
-    Reason reason = keyring::claim();
+    Reason reason = keyring::requireKeyring();
     return outcome("encryptFileGPG", reason.isNone() ? encrypt(inFile, outFile) : reason);
 }
 
 Error DataHelper::decryptFileGPG(const QString &inFile, const QString &outFile,
                                  const QString &passPhrase)
 {
-    Reason reason = keyring::claim();
+    Reason reason = keyring::requireKeyring();
     return outcome("decryptFileGPG",
                    reason.isNone() ? decrypt(inFile, outFile, passPhrase) : reason);
 }

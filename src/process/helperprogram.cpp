@@ -16,7 +16,7 @@ namespace aux
 namespace
 {
 
-constexpr qint64 startUp = 30000; // ms
+constexpr qint64 baseTimeout = 30000; // ms
 constexpr qint64 bytesPerSecond = 256LL * 1024;
 constexpr int deathPatience = 5000; // ms
 
@@ -85,10 +85,10 @@ bool HelperProgram::waitForEnd(const std::function<qint64()> &bytes)
     QElapsedTimer timer;
     timer.start();
     while (state() != NotRunning) {
-        const qint64 left = startUp + bytes() * 1000 / bytesPerSecond - timer.elapsed();
+        const qint64 left = baseTimeout + bytes() * 1000 / bytesPerSecond - timer.elapsed();
         if (left <= 0)
             return false;
-        waitForFinished(static_cast<int>(qMin(left, startUp)));
+        waitForFinished(static_cast<int>(qMin(left, baseTimeout)));
     }
     return true;
 }
@@ -102,7 +102,7 @@ void HelperProgram::setupChildProcess()
         ::dup2(m_input, STDIN_FILENO);
     if (m_output >= 0)
         ::dup2(m_output, STDOUT_FILENO);
-    for (const int descriptor : qAsConst(m_lent))
+    for (const int descriptor : qAsConst(m_inherited))
         ::fcntl(descriptor, F_SETFD, 0);
 }
 

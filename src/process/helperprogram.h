@@ -29,7 +29,7 @@ public:
     /// Gives it one for its output, which else is kept.
     void setOutput(int descriptor) { m_output = duplicate(descriptor); }
     /// Gives it one more, under the same number.
-    void lend(int descriptor) { m_lent += descriptor; }
+    void inherit(int descriptor) { m_inherited += descriptor; }
 
     /// Runs it until it exits, with whatever exit code. The reason where it did not: it is killed
     /// when it has had half a minute, and a second for each 256 KiB, which the slowest terminal
@@ -47,7 +47,7 @@ private:
 
     int m_input = -1;
     int m_output = -1;
-    QVector<int> m_lent;
+    QVector<int> m_inherited;
     QVector<int> m_own; // closed in the end
 };
 

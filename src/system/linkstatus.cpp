@@ -12,8 +12,9 @@ namespace
 
 constexpr const char *operation = "ifaceIsConnected";
 
-/// Tells whether what the kernel says in an entry of the interface begins with the given text.
-bool says(const QString &iface, const char *entry, const char *begin, const char *otherwise)
+/// Returns whether what the kernel says in an entry of the interface begins with the given text.
+bool entryBeginsWith(const QString &iface, const char *entry, const char *begin,
+                     const char *otherwise)
 {
     const QString directory = QStringLiteral("/sys/class/net/") + iface;
     QFile file(directory + QLatin1Char('/') + QLatin1String(entry));
@@ -35,8 +36,8 @@ bool says(const QString &iface, const char *entry, const char *begin, const char
 
 bool SystemHelper::ifaceIsConnected(const QString &iface)
 {
-    const bool connected =
-        says(iface, "carrier", "1", ": no carrier") && says(iface, "operstate", "up", ": not up");
+    const bool connected = entryBeginsWith(iface, "carrier", "1", ": no carrier") &&
+                           entryBeginsWith(iface, "operstate", "up", ": not up");
     if (connected)
         debugLine(operation, iface, ": carrier and up");
     return connected;

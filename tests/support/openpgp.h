@@ -16,7 +16,7 @@ inline const QString keyring = QStringLiteral("/tmp/gpg-temp-keyring");
 inline const QString dir = QStringLiteral("/data/box");
 
 /// What still runs on the keyring.
-inline QStringList residents()
+inline QStringList keyringProcesses()
 {
     QStringList found;
     for (const QString &process : QDir("/proc").entryList({"[0-9]*"})) {
@@ -75,7 +75,7 @@ inline void prepareWork()
 /// Whatever happened: nothing runs, and nothing lies about.
 inline void checkNothingIsLeft()
 {
-    QCOMPARE(residents(), QStringList());
+    QCOMPARE(keyringProcesses(), QStringList());
     QCOMPARE(text(DataHelper::removeKeypairGPG()), QString());
     QCOMPARE(filesInTmp(), QStringList());
     for (const QString &file : filesIn(dir))

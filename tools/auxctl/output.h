@@ -27,7 +27,7 @@ ExitStatus print(const Outcome &outcome, const Format &format);
 std::FILE *standardOutput();
 void divertOutput();
 
-/// Tells whether standard error takes colours: a terminal, and NO_COLOR is not set.
+/// Returns whether standard error takes colours: a terminal, and NO_COLOR is not set.
 bool errorTakesColour();
 
 } // namespace auxctl

@@ -35,7 +35,7 @@ QStringList applications()
 }
 
 /// Makes the settings of ORG/NAME those of this process.
-bool become(const QString &application)
+bool selectApplication(const QString &application)
 {
     const QStringList names = application.split('/');
     if (names.size() != 2 || names.contains(QString()) || names.contains("..") ||
@@ -115,7 +115,7 @@ Outcome withConfiguration(const Invocation &invocation,
                                .arg(candidates.join(", ")));
         application = candidates.isEmpty() ? QStringLiteral("aux/terminal") : candidates.first();
     }
-    if (!become(application))
+    if (!selectApplication(application))
         return misused(QStringLiteral("\"%1\" is no ORG/NAME").arg(application));
     aux::Configuration configuration;
     configuration.init();

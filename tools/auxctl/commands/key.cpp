@@ -27,7 +27,7 @@ Outcome reveal(const QString &text, const QString &passPhrase, const OutputPlace
     if (error.hasError())
         return failed(std::move(error));
     aux::NewFile file(output.file()); // nobody else's to read, also while it is written
-    if (!file.open() || !file.write(key) || !file.publish())
+    if (!file.open() || !file.write(key) || !file.commit())
         return failed(QStringLiteral("cannot write %1").arg(output.file()));
     return output.deliver(output.file(), record({{"path", output.file()}}));
 }

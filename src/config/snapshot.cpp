@@ -47,14 +47,14 @@ void Configuration::snapshot()
 {
     const QMutexLocker locker(&m_mutex);
     if (_isInitialized("snapshot"))
-        _taLogFromSettings();
+        _readSnapshot();
 }
 
 void Configuration::rollback(SettingsArea area)
 {
     const QMutexLocker locker(&m_mutex);
     if (_isInitialized("rollback"))
-        _taLogToSettings(area);
+        _writeSnapshot(area);
 }
 
 ChangeState Configuration::changed(SettingsArea area) const
@@ -71,23 +71,23 @@ void Configuration::commit()
     changeSettings([](QSettings &settings) {
         settings.setValue(counterKey, successor(readCounter(settings)));
     });
-    _taLogFromSettings();
+    _readSnapshot();
 }
 
-void Configuration::_taLogFromSettings()
+void Configuration::_readSnapshot()
 {
     const QSettings settings;
-    m_taLog.clear();
+    m_snapshot.clear();
     forEachSetting(SettingsArea::All, [&](SettingsCode code, const _SetMeta &meta) {
-        m_taLog.insert(code, settings.value(meta.keyPath(), meta.defaultValue));
+        m_snapshot.insert(code, settings.value(meta.keyPath(), meta.defaultValue));
     });
 }
 
-void Configuration::_taLogToSettings(SettingsArea area) const
+void Configuration::_writeSnapshot(SettingsArea area) const
 {
     changeSettings([&](QSettings &settings) {
         forEachSetting(area, [&](SettingsCode code, const _SetMeta &meta) {
-            settings.setValue(meta.keyPath(), m_taLog.value(code));
+            settings.setValue(meta.keyPath(), m_snapshot.value(code));
         });
     });
 }
@@ -99,7 +99,7 @@ ChangeState Configuration::_changed(SettingsArea area) const
         return state;
     const QSettings settings;
     forEachSetting(area, [&](SettingsCode code, const _SetMeta &meta) {
-        if (settings.value(meta.keyPath(), meta.defaultValue) != m_taLog.value(code)) {
+        if (settings.value(meta.keyPath(), meta.defaultValue) != m_snapshot.value(code)) {
             state.anyChanged = true;
             state.flaggedChanged |= meta.flag;
         }
