@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_FS_REGULARFILE_H
+#define AUX_FS_REGULARFILE_H
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <utility>
+
+namespace aux
+{
+
+/// A file descriptor that is closed with its owner.
+class Descriptor
+{
+public:
+    explicit Descriptor(int number = -1) : m_number(number) {}
+    ~Descriptor() { close(); }
+    Descriptor(Descriptor &&other) noexcept : m_number(other.release()) {}
+    Descriptor &operator=(Descriptor &&other) noexcept;
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    bool isOpen() const { return m_number >= 0; }
+    int number() const { return m_number; }
+    /// Hands the descriptor to a caller who closes it.
+    int release();
+    void close();
+
+private:
+    int m_number;
+};
+
+/// A regular file, or a link to one, that is read or written in pieces without a buffer.
+///
+/// Nothing else is ever taken or waited for: a directory, FIFO, socket or device is closed as soon
+/// as it is known for what it is. A file of size 0 with content, like those in /proc, is regular.
+class RegularFile
+{
+public:
+    /// Opens nothing yet.
+    explicit RegularFile(QString path) : m_path(std::move(path)) {}
+
+    bool openForReading();
+    /// Makes the file where there is none, with the mode that the umask leaves of 0666. Truncates
+    /// nothing: it may be a file that must stay.
+    bool openForWriting();
+
+    const QString &path() const { return m_path; }
+    /// The descriptor while the file is open, else -1.
+    int handle() const { return m_descriptor.number(); }
+    /// How long it is now; -1 where that cannot be told.
+    qint64 size() const;
+    /// Whether both are open and one file, under whatever names.
+    bool isSameAs(const RegularFile &other) const;
+    void close() { m_descriptor.close(); }
+
+    /// Reads up to `size` bytes; fewer only at the end of the
+    /// file. Returns how many; -1 where the medium failed.
+    qint64 read(char *data, qint64 size);
+    /// Reads what is left, up to so many bytes; nothing where the medium failed.
+    std::optional<QByteArray> readUpTo(int maximum);
+    /// Writes all of it; false where that is not possible, with any part of it written.
+    bool write(const char *data, qint64 size);
+    /// Goes to an offset to read or write from there.
+    bool seek(qint64 offset);
+    /// Cuts the file off at its beginning.
+    bool truncate();
+
+    /// Why the last of these operations failed: "PATH: EXPLANATION".
+    const QString &cause() const { return m_cause; }
+
+private:
+    bool open(int flags);
+    bool failed(const QString &explanation);
+    bool failed(int error);
+
+    QString m_path;
+    Descriptor m_descriptor;
+    QString m_cause;
+};
+
+} // namespace aux
+
+#endif
