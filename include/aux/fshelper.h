@@ -106,9 +106,11 @@ public:
 
     /// Returns the file's checksum, empty on failure.
     ///
-    /// Fails with 10001 "Internal error: path cannot be opened" (missing, no permission, a
-    /// directory), "Internal error: path cannot be read" or "Internal error: could not calculate
-    /// checksum".
+    /// Fails with 10001 and
+    /// - "Internal error: path cannot be opened": missing, no permission, or no regular file
+    /// - "Internal error: path cannot be read": the medium fails, or the file is shorter than its
+    ///   size, as those of sysfs are
+    /// - "Internal error: could not calculate checksum": the system's libgcrypt has no SHA-256.
     [[nodiscard]] static std::pair<Error, QString> generateChecksum(const QString &filePath);
     /// Returns whether the file exists and has exactly this checksum; upper-case text never
     /// matches.

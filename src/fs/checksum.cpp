@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "fs/checksum.h"
 #include "aux/fshelper.h"
 #include "error/debugline.h"
 #include "error/failure.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 
 namespace aux
@@ -12,33 +12,58 @@ namespace aux
 namespace
 {
 
-Error internalError(QString message)
+Error internalError(QString message, const QString &cause)
 {
-    return failure(ErrorId::General, std::move(message));
+    return failure(ErrorId::General, std::move(message), cause);
 }
 
-/// Feeds the whole file to the hash; Qt reports no read error on a file of size 0.
-bool readInto(QCryptographicHash &hash, QFile &file)
+Error cannotBeRead(const QString &cause)
 {
-    return hash.addData(&file) && file.error() == QFileDevice::NoError;
+    return internalError(QStringLiteral("Internal error: path cannot be read"), cause);
 }
 
 } // namespace
 
+std::pair<Error, Digest> digestOf(RegularFile &file,
+                                  const std::function<void(const char *data, qint64 length)> &take)
+{
+    Digest digest;
+    QByteArray piece(pieceSize, Qt::Uninitialized);
+    qint64 total = 0;
+    qint64 length = 0;
+    while ((length = file.read(piece.data(), pieceSize)) > 0) {
+        digest.add(piece.constData(), length);
+        take(piece.constData(), length);
+        total += length;
+    }
+    if (length < 0)
+        return {cannotBeRead(file.cause()), Digest()};
+    // The files of sysfs end before the size that they state, those of /proc state none.
+    if (total < file.size())
+        return {cannotBeRead(causeOf(file.path(), QStringLiteral("shorter than its size"))),
+                Digest()};
+    if (digest.raw().size() != Digest::size)
+        return {internalError(QStringLiteral("Internal error: could not calculate checksum"),
+                              causeOf(file.path(), QStringLiteral("libgcrypt has no SHA-256"))),
+                Digest()};
+    return {Error(), std::move(digest)};
+}
+
+std::pair<Error, Digest> digestOf(const QString &path)
+{
+    RegularFile file(path);
+    if (!file.openForReading())
+        return {
+            internalError(QStringLiteral("Internal error: path cannot be opened"), file.cause()),
+            Digest()};
+    return digestOf(file, [](const char *, qint64) {});
+}
+
 std::pair<Error, QString> FsHelper::generateChecksum(const QString &filePath)
 {
-    constexpr auto algorithm = QCryptographicHash::Sha256;
-    QCryptographicHash hash(algorithm);
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return {internalError(QStringLiteral("Internal error: path cannot be opened")), {}};
-    if (!readInto(hash, file))
-        return {internalError(QStringLiteral("Internal error: path cannot be read")), {}};
-    const QByteArray digest = hash.result();
-    Error error;
-    if (digest.size() != QCryptographicHash::hashLength(algorithm))
-        error = internalError(QStringLiteral("Internal error: could not calculate checksum"));
-    return {std::move(error), QString::fromLatin1(digest.toHex())};
+    auto [error, digest] = digestOf(filePath);
+    const QString checksum = error.hasError() ? QString() : digest.hex();
+    return {std::move(error), checksum};
 }
 
 bool FsHelper::validateChecksum(const QString &filePath, const QString &checksum)
