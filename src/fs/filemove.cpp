@@ -65,7 +65,8 @@ Error moveNew(const Move &move)
     if (!FsHelper::checkFreeSpace(move.to, move.source.size() + headRoom))
         return failure(ErrorId::NoSpace,
                        QStringLiteral("FileHandler: not enough space in destination"));
-    if (!renameFile(move.source, move.destination))
+    // The new name may reach the storage at any moment; what it names must be there by then.
+    if (!syncFileSystem(move.source.path()) || !renameFile(move.source, move.destination))
         return failure(ErrorId::MoveFailed,
                        QStringLiteral("FileHandler: moving source file to destination failed"));
     return {};
