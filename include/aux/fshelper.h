@@ -91,7 +91,8 @@ public:
     /// current directory.
     static bool checkFreeSpace(DirLocation location, qint64 bytes);
     /// Removes config, new, archive, transfer, log and failed with everything in them (a factory
-    /// reset); the data root and the temporary directory stay. Nothing recreates them.
+    /// reset); the data root and the temporary directory stay. Nothing recreates them. Flushes the
+    /// file systems (sync), so that a power cut brings nothing back.
     ///
     /// Fails with 10001 "Internal error: could not remove data directory". Deliberately only the
     /// last directory that exists decides: an earlier one that could not be removed is not

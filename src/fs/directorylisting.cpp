@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include <sys/statvfs.h>
+#include <unistd.h>
 
 namespace aux
 {
@@ -48,6 +49,7 @@ Error FsHelper::removeEntireDataDir()
         if (directory.isClearedByReset && QDir(directory.path).exists())
             removed = QDir(directory.path).removeRecursively();
     }
+    ::sync(); // what was removed must not come back with the next power cut
     if (!removed)
         return failure(ErrorId::General,
                        QStringLiteral("Internal error: could not remove data directory"));
