@@ -59,10 +59,9 @@ void setValue(benchmark::State &state)
 
 void allSingly(benchmark::State &state)
 {
-    const QList<SettingsCode> codes = aux::settingsCatalogue().keys();
     for ([[maybe_unused]] auto _ : state) {
-        for (const SettingsCode code : codes)
-            benchmark::DoNotOptimize(configuration().getValue(code));
+        for (const aux::Setting &setting : aux::settingsCatalogue())
+            benchmark::DoNotOptimize(configuration().getValue(setting.code));
     }
 }
 

@@ -29,7 +29,7 @@ constexpr std::array codes{SettingsCode::PublicserverUrl, SettingsCode::Publicse
 
 QString pathOf(SettingsCode code)
 {
-    return aux::settingsCatalogue().value(code).keyPath().mid(1);
+    return aux::settingOf(code).keyPath().mid(1);
 }
 
 /// Texts of one length: that of the file then tells nothing.

@@ -15,13 +15,14 @@ namespace aux
 {
 
 /// The settings of the terminal, named like their key paths; the type is the one that
-/// Configuration::setValue asks for. There is no setting 25; it is unknown like every value
+/// Configuration::setValue asks for. Defaults, and what a value must be like, are in
+/// docs/settings.md. There is no setting 25; it is unknown like every value
 /// outside the list.
 enum class SettingsCode : int {
     DeviceModeUsb = 0,                           ///< bool; one of the three modes must be on
     DeviceModeSerial = 1,                        ///< bool
     DeviceModeNetwork = 2,                       ///< bool
-    DevicePin = 3,                               ///< QString, a hash: empty or 64 characters
+    DevicePin = 3,                               ///< QString, a hash
     DeviceLang = 4,                              ///< QString
     DeviceTimeManual = 5,                        ///< bool
     DeviceTimeTimezone = 6,                      ///< QString
@@ -42,7 +43,7 @@ enum class SettingsCode : int {
     NetworkNetmask = 21,                         ///< QString
     NetworkGateway = 22,                         ///< QString
     NetworkNameserver = 23,                      ///< QString
-    NetworkDataport = 24,                        ///< unsigned int, not 9000
+    NetworkDataport = 24,                        ///< unsigned int
     NetworkWifiSsid = 26,                        ///< QString
     NetworkWifiPsk = 27,                         ///< QString
     PublicserverUrl = 28,                        ///< QString
@@ -54,7 +55,7 @@ enum class SettingsCode : int {
     PublicserverProxyPort = 34,                  ///< unsigned int
     PublicserverProxyUser = 35,                  ///< QString
     PublicserverProxyPassword = 36,              ///< QString
-    CryptoGpgkey = 37,                           ///< QString, empty or 64 characters and more
+    CryptoGpgkey = 37,                           ///< QString, see DataHelper::encryptKeyB64
     CryptoPassphrase = 38,                       ///< QString
     CryptoVendors = 39,                          ///< QString, a list of USB vendor:product ids
     DeviceBackgroundimage = 40,                  ///< QString
@@ -178,20 +179,33 @@ public:
     void commit();
     /// @}
 
-    /// Checks whether a file can be taken into use as the settings file. Some object must be
-    /// initialised.
+    /// Checks whether a file can be taken into use as the settings file.
     ///
-    /// Reads the file only. No lock is taken: nobody may write it meanwhile. The first check that
-    /// fails decides, in this order:
+    /// Reads the file only, afresh and once, at most 1 MiB of it. No lock is taken: nobody may
+    /// write it meanwhile. Values are converted, so that the text "9000" is a number. The first
+    /// check that fails decides, in this order:
     /// - 10001 "Config file does not exist"
-    /// - 10002 "Invalid config file. Missing <key path>": every setting must be there; which one
-    ///   of several is named is not defined. Also where the file is not JSON.
-    /// - 10002 "Invalid pin hash length: <length>": neither 0 nor 64
-    /// - 10002 "Cannot use internal CGI port as dataport: 9000"
-    /// - 10002 "Invalid config file. GPG Key invalid size": 1 to 63 characters
+    /// - 10002 "Invalid config file. Missing <key path>": every setting must be there; of several
+    ///   the one with the lowest code is named. Also where the file is no JSON object, no regular
+    ///   file, larger, or cannot be read.
+    /// - 10002 "Invalid pin hash length: <length>"
+    /// - 10002 "Cannot use internal CGI port as dataport: <port>"
+    /// - 10002 "Invalid config file. GPG Key invalid size"
     /// - 10002 "USB VID:PID list syntax error": the error of DataHelper::vIdpIdListFromString
     /// - 10002 "All operating modes disabled. At least one mode must be enabled."
     static Error validateConfigFile(const QString &fileName);
+
+    /// Finds everything that is wrong with a file, read like by validateConfigFile but without any
+    /// conversion: a number in quotes has the wrong type.
+    ///
+    /// One entry each, which iterating the error gives in the order of the settings' codes. Beside
+    /// the failures of validateConfigFile, of which "All operating modes disabled. [...]" stands at
+    /// the first of the modes:
+    /// - 10002 "Wrong type of <key path>, expected <what it may be>"
+    /// - 10002 "Not readable as JSON: <reason>", alone; where it is a syntax error the reason
+    /// begins
+    ///   with "line <number>, column <number>: ", both counted from 1
+    static Error findConfigFileFaults(const QString &fileName);
 
 private:
     // The caller holds the mutex.

@@ -11,6 +11,7 @@ namespace
 
 using Code = SettingsCode;
 using Area = SettingsArea;
+using Kind = Rule::Kind;
 
 QVariant text(const char *value)
 {
@@ -19,81 +20,97 @@ QVariant text(const char *value)
 
 constexpr bool plain = false;
 constexpr bool flagged = true;
+constexpr bool shown = false;
+constexpr bool secret = true;
 
 const QVariant empty = text("");
 const QVariant noAddress = text("000.000.000.000");
 
-const QList<Area> general{Area::All};
-const QList<Area> network{Area::All, Area::Network};
-const QList<Area> time{Area::All, Area::Time};
-const QList<Area> screensaver{Area::All, Area::Screensaver};
-const QList<Area> mode{Area::All, Area::Mode};
-
 // Its key path is also its default value, as odd as that looks.
 constexpr const char *usbkeyclear = "/datahandling/usbkeyclear";
 
+constexpr Rule free{};
+constexpr Rule someMode{Kind::OneOn, 0,
+                        "All operating modes disabled. At least one mode must be enabled."};
+constexpr Rule pinHash{Kind::Length, 64, "Invalid pin hash length: "};
+// Where the terminal serves its own pages.
+constexpr Rule notCgiPort{Kind::NotValue, 9000, "Cannot use internal CGI port as dataport: "};
+constexpr Rule protectedKey{Kind::MinimumLength, 64, "Invalid config file. GPG Key invalid size"};
+constexpr Rule idList{Kind::IdList};
+
+// In the order of the codes.
 // clang-format off
-const QHash<Code, _SetMeta> catalogue{
-    {Code::DeviceModeUsb,                          {"/device/mode/usb",                          plain,   true,                  mode}},
-    {Code::DeviceModeSerial,                       {"/device/mode/serial",                       plain,   true,                  mode}},
-    {Code::DeviceModeNetwork,                      {"/device/mode/network",                      plain,   true,                  mode}},
-    {Code::DevicePin,                              {"/device/pin",                               flagged, empty,                 general}},
-    {Code::DeviceLang,                             {"/device/lang",                              plain,   text("en_GB"),         general}},
-    {Code::DeviceTimeManual,                       {"/device/time/manual",                       plain,   true,                  time}},
-    {Code::DeviceTimeTimezone,                     {"/device/time/timezone",                     plain,   text("Europe/Berlin"), general}},
-    {Code::DeviceTimeNtpserver,                    {"/device/time/ntpserver",                    plain,   empty,                 time}},
-    {Code::DeviceTimeNtpport,                      {"/device/time/ntpport",                      plain,   0U,                    time}},
-    {Code::DeviceAudio,                            {"/device/audio",                             plain,   true,                  general}},
-    {Code::DeviceScreensaverEnabled,               {"/device/screensaver/enabled",               plain,   true,                  screensaver}},
-    {Code::DeviceScreensaverTimeout,               {"/device/screensaver/timeout",               plain,   40U,                   screensaver}},
-    {Code::DeviceDownloadreminderDrivercard,       {"/device/downloadreminder/drivercard",       flagged, 28U,                   general}},
-    {Code::DeviceDownloadreminderDownloadkey,      {"/device/downloadreminder/downloadkey",      flagged, 90U,                   general}},
-    {Code::DeviceInfotext,                         {"/device/infotext",                          flagged, empty,                 general}},
-    {Code::DeviceRfid,                             {"/device/rfid",                              flagged, true,                  general}},
-    {Code::DeviceRecordertype,                     {"/device/recordertype",                      flagged, text("default"),       general}},
-    {Code::NetworkMode,                            {"/network/mode",                             plain,   text("LAN"),           network}},
-    {Code::NetworkManual,                          {"/network/manual",                           plain,   false,                 network}},
-    {Code::NetworkIp,                              {"/network/ip",                               plain,   noAddress,             network}},
-    {Code::NetworkBroadcast,                       {"/network/broadcast",                        plain,   noAddress,             network}},
-    {Code::NetworkNetmask,                         {"/network/netmask",                          plain,   noAddress,             network}},
-    {Code::NetworkGateway,                         {"/network/gateway",                          plain,   noAddress,             network}},
-    {Code::NetworkNameserver,                      {"/network/nameserver",                       plain,   empty,                 network}},
-    {Code::NetworkDataport,                        {"/network/dataport",                         plain,   defaultDataPort,       network}},
-    {Code::NetworkWifiSsid,                        {"/network/wifi/ssid",                        plain,   empty,                 network}},
-    {Code::NetworkWifiPsk,                         {"/network/wifi/psk",                         plain,   empty,                 network}},
-    {Code::PublicserverUrl,                        {"/publicserver/url",                         flagged, empty,                 general}},
-    {Code::PublicserverUser,                       {"/publicserver/user",                        flagged, empty,                 general}},
-    {Code::PublicserverTerminaluploadInterval,     {"/publicserver/terminalupload/interval",     flagged, 600000U,               general}},
-    {Code::PublicserverTerminaluploadTarget,       {"/publicserver/terminalupload/target",       flagged, empty,                 general}},
-    {Code::PublicserverTerminaluploadVerification, {"/publicserver/terminalupload/verification", flagged, empty,                 general}},
-    {Code::PublicserverProxyHost,                  {"/publicserver/proxy/host",                  flagged, empty,                 general}},
-    {Code::PublicserverProxyPort,                  {"/publicserver/proxy/port",                  flagged, 0U,                    general}},
-    {Code::PublicserverProxyUser,                  {"/publicserver/proxy/user",                  flagged, empty,                 general}},
-    {Code::PublicserverProxyPassword,              {"/publicserver/proxy/password",              flagged, empty,                 general}},
-    {Code::CryptoGpgkey,                           {"/crypto/gpgkey",                            flagged, empty,                 general}},
-    {Code::CryptoPassphrase,                       {"/crypto/passphrase",                        flagged, empty,                 general}},
-    {Code::CryptoVendors,                          {"/crypto/vendors",                           flagged, empty,                 general}},
-    {Code::DeviceBackgroundimage,                  {"/device/backgroundimage",                   flagged, empty,                 general}},
-    {Code::DatahandlingArchiveduration,            {"/datahandling/archiveduration",             flagged, 30U,                   general}},
-    {Code::DatahandlingUsbkeyclear,                {usbkeyclear,                                 flagged, text(usbkeyclear),     general}},
+const QVector<Setting> catalogue{
+    {Code::DeviceModeUsb,                          "/device/mode/usb",                          true,                  Area::Mode,        plain,   shown,  someMode},
+    {Code::DeviceModeSerial,                       "/device/mode/serial",                       true,                  Area::Mode,        plain,   shown,  someMode},
+    {Code::DeviceModeNetwork,                      "/device/mode/network",                      true,                  Area::Mode,        plain,   shown,  someMode},
+    {Code::DevicePin,                              "/device/pin",                               empty,                 Area::All,         flagged, secret, pinHash},
+    {Code::DeviceLang,                             "/device/lang",                              text("en_GB"),         Area::All,         plain,   shown,  free},
+    {Code::DeviceTimeManual,                       "/device/time/manual",                       true,                  Area::Time,        plain,   shown,  free},
+    {Code::DeviceTimeTimezone,                     "/device/time/timezone",                     text("Europe/Berlin"), Area::All,         plain,   shown,  free},
+    {Code::DeviceTimeNtpserver,                    "/device/time/ntpserver",                    empty,                 Area::Time,        plain,   shown,  free},
+    {Code::DeviceTimeNtpport,                      "/device/time/ntpport",                      0U,                    Area::Time,        plain,   shown,  free},
+    {Code::DeviceAudio,                            "/device/audio",                             true,                  Area::All,         plain,   shown,  free},
+    {Code::DeviceScreensaverEnabled,               "/device/screensaver/enabled",               true,                  Area::Screensaver, plain,   shown,  free},
+    {Code::DeviceScreensaverTimeout,               "/device/screensaver/timeout",               40U,                   Area::Screensaver, plain,   shown,  free},
+    {Code::DeviceDownloadreminderDrivercard,       "/device/downloadreminder/drivercard",       28U,                   Area::All,         flagged, shown,  free},
+    {Code::DeviceDownloadreminderDownloadkey,      "/device/downloadreminder/downloadkey",      90U,                   Area::All,         flagged, shown,  free},
+    {Code::DeviceInfotext,                         "/device/infotext",                          empty,                 Area::All,         flagged, shown,  free},
+    {Code::DeviceRfid,                             "/device/rfid",                              true,                  Area::All,         flagged, shown,  free},
+    {Code::DeviceRecordertype,                     "/device/recordertype",                      text("default"),       Area::All,         flagged, shown,  free},
+    {Code::NetworkMode,                            "/network/mode",                             text("LAN"),           Area::Network,     plain,   shown,  free},
+    {Code::NetworkManual,                          "/network/manual",                           false,                 Area::Network,     plain,   shown,  free},
+    {Code::NetworkIp,                              "/network/ip",                               noAddress,             Area::Network,     plain,   shown,  free},
+    {Code::NetworkBroadcast,                       "/network/broadcast",                        noAddress,             Area::Network,     plain,   shown,  free},
+    {Code::NetworkNetmask,                         "/network/netmask",                          noAddress,             Area::Network,     plain,   shown,  free},
+    {Code::NetworkGateway,                         "/network/gateway",                          noAddress,             Area::Network,     plain,   shown,  free},
+    {Code::NetworkNameserver,                      "/network/nameserver",                       empty,                 Area::Network,     plain,   shown,  free},
+    {Code::NetworkDataport,                        "/network/dataport",                         8000U,                 Area::Network,     plain,   shown,  notCgiPort},
+    {Code::NetworkWifiSsid,                        "/network/wifi/ssid",                        empty,                 Area::Network,     plain,   shown,  free},
+    {Code::NetworkWifiPsk,                         "/network/wifi/psk",                         empty,                 Area::Network,     plain,   secret, free},
+    {Code::PublicserverUrl,                        "/publicserver/url",                         empty,                 Area::All,         flagged, shown,  free},
+    {Code::PublicserverUser,                       "/publicserver/user",                        empty,                 Area::All,         flagged, shown,  free},
+    {Code::PublicserverTerminaluploadInterval,     "/publicserver/terminalupload/interval",     600000U,               Area::All,         flagged, shown,  free},
+    {Code::PublicserverTerminaluploadTarget,       "/publicserver/terminalupload/target",       empty,                 Area::All,         flagged, shown,  free},
+    {Code::PublicserverTerminaluploadVerification, "/publicserver/terminalupload/verification", empty,                 Area::All,         flagged, shown,  free},
+    {Code::PublicserverProxyHost,                  "/publicserver/proxy/host",                  empty,                 Area::All,         flagged, shown,  free},
+    {Code::PublicserverProxyPort,                  "/publicserver/proxy/port",                  0U,                    Area::All,         flagged, shown,  free},
+    {Code::PublicserverProxyUser,                  "/publicserver/proxy/user",                  empty,                 Area::All,         flagged, shown,  free},
+    {Code::PublicserverProxyPassword,              "/publicserver/proxy/password",              empty,                 Area::All,         flagged, secret, free},
+    {Code::CryptoGpgkey,                           "/crypto/gpgkey",                            empty,                 Area::All,         flagged, secret, protectedKey},
+    {Code::CryptoPassphrase,                       "/crypto/passphrase",                        empty,                 Area::All,         flagged, secret, free},
+    {Code::CryptoVendors,                          "/crypto/vendors",                           empty,                 Area::All,         flagged, shown,  idList},
+    {Code::DeviceBackgroundimage,                  "/device/backgroundimage",                   empty,                 Area::All,         flagged, shown,  free},
+    {Code::DatahandlingArchiveduration,            "/datahandling/archiveduration",             30U,                   Area::All,         flagged, shown,  free},
+    {Code::DatahandlingUsbkeyclear,                usbkeyclear,                                 text(usbkeyclear),     Area::All,         flagged, shown,  free},
 };
 // clang-format on
 
+const Setting unknownSetting{};
+
+template <typename Question>
+const Setting *find(const Question &question)
+{
+    const auto found = std::find_if(catalogue.begin(), catalogue.end(), question);
+    return found == catalogue.end() ? nullptr : &*found;
+}
+
 } // namespace
 
-const QHash<SettingsCode, _SetMeta> &settingsCatalogue()
+const QVector<Setting> &settingsCatalogue()
 {
     return catalogue;
 }
 
-std::optional<SettingsCode> settingAt(const QString &keyPath)
+const Setting &settingOf(SettingsCode code)
 {
-    const auto found =
-        std::find_if(catalogue.cbegin(), catalogue.cend(),
-                     [&](const _SetMeta &meta) { return meta.keyPath() == keyPath; });
-    if (found == catalogue.cend())
-        return std::nullopt;
-    return found.key();
+    const Setting *found = find([code](const Setting &setting) { return setting.code == code; });
+    return found == nullptr ? unknownSetting : *found;
+}
+
+const Setting *settingAt(const QString &keyPath)
+{
+    return find([&](const Setting &setting) { return keyPath == QLatin1String(setting.key); });
 }
 
 } // namespace aux

@@ -46,8 +46,8 @@ QVariant Configuration::getValue(SettingsCode code) const
     const QMutexLocker locker(&m_mutex);
     if (!_isInitialized("getValue"))
         return {};
-    const _SetMeta meta = settingsCatalogue().value(code);
-    return QSettings().value(meta.keyPath(), meta.defaultValue);
+    const Setting &setting = settingOf(code);
+    return QSettings().value(setting.keyPath(), setting.defaultValue);
 }
 
 void Configuration::setValue(SettingsCode code, const QVariant &value)
@@ -55,12 +55,12 @@ void Configuration::setValue(SettingsCode code, const QVariant &value)
     const QMutexLocker locker(&m_mutex);
     if (!_isInitialized("setValue"))
         return;
-    const _SetMeta meta = settingsCatalogue().value(code);
-    if (value.type() != meta.defaultValue.type()) {
+    const Setting &setting = settingOf(code);
+    if (value.type() != setting.defaultValue.type()) {
         debugLine("setValue", ": type mismatch");
         return;
     }
-    changeSettings([&](QSettings &settings) { settings.setValue(meta.keyPath(), value); });
+    changeSettings([&](QSettings &settings) { settings.setValue(setting.keyPath(), value); });
 }
 
 QString Configuration::getFileName() const
@@ -89,7 +89,7 @@ bool Configuration::isToolsConfigured() const
 QStringList Configuration::getCryptoVidPidList() const
 {
     const QMutexLocker locker(&m_mutex);
-    const QString key = settingsCatalogue().value(SettingsCode::CryptoVendors).keyPath();
+    const QString key = settingOf(SettingsCode::CryptoVendors).keyPath();
     QStringList list;
     const Error error =
         DataHelper::vIdpIdListFromString(QSettings().value(key, empty).toString(), list);

@@ -14,15 +14,6 @@ namespace
 
 constexpr QLatin1Char separator('/');
 
-QVariant fromJson(const QJsonValue &value)
-{
-    if (value.isString())
-        return value.toString();
-    if (value.isBool())
-        return value.toBool();
-    return value.toInt();
-}
-
 QJsonValue toJson(const QVariant &value)
 {
     switch (value.type()) {
@@ -35,14 +26,19 @@ QJsonValue toJson(const QVariant &value)
     }
 }
 
-void flattenInto(QSettings::SettingsMap &settings, const QJsonObject &object, const QString &prefix)
+using Visitor = std::function<void(const QString &, const QJsonValue &)>;
+
+void visitBelow(const QString &prefix, const QJsonObject &object, const Visitor &visitor,
+                int longest)
 {
     for (auto member = object.begin(); member != object.end(); ++member) {
         const QString key = prefix.isEmpty() ? member.key() : prefix + separator + member.key();
+        if (key.size() > longest)
+            continue;
         if (member.value().isObject())
-            flattenInto(settings, member.value().toObject(), key);
+            visitBelow(key, member.value().toObject(), visitor, longest);
         else
-            settings.insert(key, fromJson(member.value()));
+            visitor(key, member.value());
     }
 }
 
@@ -75,10 +71,26 @@ QJsonObject nestRun(Iterator &next, Iterator end, const QString &prefix)
 
 } // namespace
 
+QVariant toVariant(const QJsonValue &value)
+{
+    if (value.isString())
+        return value.toString();
+    if (value.isBool())
+        return value.toBool();
+    return value.toInt();
+}
+
+void visit(const QJsonObject &object, const Visitor &visitor, int longest)
+{
+    visitBelow({}, object, visitor, longest);
+}
+
 QSettings::SettingsMap flatten(const QJsonObject &object)
 {
     QSettings::SettingsMap settings;
-    flattenInto(settings, object, {});
+    visit(object, [&](const QString &key, const QJsonValue &value) {
+        settings.insert(key, toVariant(value));
+    });
     return settings;
 }
 

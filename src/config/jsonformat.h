@@ -5,6 +5,9 @@
 #include <QJsonObject>
 #include <QSettings>
 
+#include <climits>
+#include <functional>
+
 // The settings as text: one JSON object, one level of nesting per segment of a key path, so that
 // "device/mode/usb" is the member "usb" of the member "mode" of the member "device".
 
@@ -14,8 +17,18 @@ namespace aux::json
 /// Deepest nesting, in objects, that Qt reads; a text with one level more reads as nothing at all.
 constexpr int maximumDepth = 1024;
 
-/// Turns an object into settings: text and bool keep their type, everything else becomes an int,
-/// 0 unless it is a whole number that fits. A member's name may itself hold "/".
+/// Turns a value into that of a setting: text and bool keep their type, everything else becomes an
+/// int, 0 unless it is a whole number that fits.
+QVariant toVariant(const QJsonValue &value);
+
+/// Calls `visitor` with the key path of every value in the objects below, in the order of the
+/// names. A name may itself hold "/", so a key path may come again; the last one counts. Longer
+/// ones than `longest` are left out.
+void visit(const QJsonObject &object,
+           const std::function<void(const QString &, const QJsonValue &)> &visitor,
+           int longest = INT_MAX);
+
+/// Turns an object into settings.
 QSettings::SettingsMap flatten(const QJsonObject &object);
 
 /// Turns settings into an object: text and bool keep their type, everything else becomes a whole

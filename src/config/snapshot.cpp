@@ -24,14 +24,12 @@ int successor(int number)
     return static_cast<int>(static_cast<unsigned int>(number) + 1U);
 }
 
-/// Calls `visit` with the code and the meta data of each setting of an area.
 template <typename Visit>
 void forEachSetting(SettingsArea area, const Visit &visit)
 {
-    const auto &catalogue = settingsCatalogue();
-    for (auto setting = catalogue.begin(); setting != catalogue.end(); ++setting) {
-        if (setting->areas.contains(area))
-            visit(setting.key(), *setting);
+    for (const Setting &setting : settingsCatalogue()) {
+        if (setting.belongsTo(area))
+            visit(setting);
     }
 }
 
@@ -78,16 +76,16 @@ void Configuration::_readSnapshot()
 {
     const QSettings settings;
     m_snapshot.clear();
-    forEachSetting(SettingsArea::All, [&](SettingsCode code, const _SetMeta &meta) {
-        m_snapshot.insert(code, settings.value(meta.keyPath(), meta.defaultValue));
+    forEachSetting(SettingsArea::All, [&](const Setting &setting) {
+        m_snapshot.insert(setting.code, settings.value(setting.keyPath(), setting.defaultValue));
     });
 }
 
 void Configuration::_writeSnapshot(SettingsArea area) const
 {
-    changeSettings([&](QSettings &settings) {
-        forEachSetting(area, [&](SettingsCode code, const _SetMeta &meta) {
-            settings.setValue(meta.keyPath(), m_snapshot.value(code));
+    changeSettings([&](QSettings &file) {
+        forEachSetting(area, [&](const Setting &setting) {
+            file.setValue(setting.keyPath(), m_snapshot.value(setting.code));
         });
     });
 }
@@ -98,10 +96,11 @@ ChangeState Configuration::_changed(SettingsArea area) const
     if (!_isInitialized("_changed"))
         return state;
     const QSettings settings;
-    forEachSetting(area, [&](SettingsCode code, const _SetMeta &meta) {
-        if (settings.value(meta.keyPath(), meta.defaultValue) != m_snapshot.value(code)) {
+    forEachSetting(area, [&](const Setting &setting) {
+        if (settings.value(setting.keyPath(), setting.defaultValue) !=
+            m_snapshot.value(setting.code)) {
             state.anyChanged = true;
-            state.flaggedChanged |= meta.flag;
+            state.flaggedChanged |= setting.flag;
         }
     });
     return state;

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "aux/configuration.h"
-#include "aux/datahelper.h"
-#include "config/catalogue.h"
+#include "config/validation.h"
+#include "config/rules.h"
 #include "error/failure.h"
 
 #include <QFile>
-#include <QSettings>
 
 #include <algorithm>
-#include <array>
 
 namespace aux
 {
@@ -16,100 +13,91 @@ namespace aux
 namespace
 {
 
-constexpr int pinHashLength = 64;
-constexpr int minimumKeyLength = 64;
-/// Where the terminal serves its own pages.
-constexpr int internalCgiPort = 9000;
-
-constexpr std::array operatingModes{SettingsCode::DeviceModeUsb, SettingsCode::DeviceModeSerial,
-                                    SettingsCode::DeviceModeNetwork};
-
-Error invalidContent(QString message)
+Error noSuchFile()
 {
-    return failure(ErrorId::InvalidContent, std::move(message));
+    return failure(ErrorId::General, QStringLiteral("Config file does not exist"));
 }
 
-/// The setting's value, converted as QSettings does: the text "9000" is a number, "true" a bool.
-QVariant read(const QSettings &settings, SettingsCode code, const QVariant &fallback)
+Error missing(const Setting &setting)
 {
-    return settings.value(settingsCatalogue().value(code).keyPath(), fallback);
+    return failure(ErrorId::InvalidContent,
+                   QStringLiteral("Invalid config file. Missing ") + setting.keyPath());
 }
 
-QString readText(const QSettings &settings, SettingsCode code)
+auto valueIn(const Candidate &candidate)
 {
-    return read(settings, code, QString()).toString();
+    return [&](const Setting &setting) { return candidate.value(setting); };
 }
 
-Error checkCompleteness(const QSettings &settings)
+/// The first of the failures that a check finds in the order of the catalogue.
+template <typename Check>
+Error firstOf(const Check &check)
 {
-    for (const _SetMeta &meta : settingsCatalogue()) {
-        if (!settings.contains(meta.keyPath()))
-            return invalidContent(QStringLiteral("Invalid config file. Missing ") + meta.keyPath());
-    }
-    return {};
-}
-
-Error checkPinHash(const QSettings &settings)
-{
-    const int length = readText(settings, SettingsCode::DevicePin).size();
-    if (length != 0 && length != pinHashLength)
-        return invalidContent(QStringLiteral("Invalid pin hash length: ") +
-                              QString::number(length));
-    return {};
-}
-
-Error checkDataPort(const QSettings &settings)
-{
-    const int port = read(settings, SettingsCode::NetworkDataport, defaultDataPort).toInt();
-    if (port == internalCgiPort)
-        return invalidContent(QStringLiteral("Cannot use internal CGI port as dataport: ") +
-                              QString::number(port));
-    return {};
-}
-
-Error checkGpgKey(const QSettings &settings)
-{
-    const int length = readText(settings, SettingsCode::CryptoGpgkey).size();
-    if (length != 0 && length < minimumKeyLength)
-        return invalidContent(QStringLiteral("Invalid config file. GPG Key invalid size"));
-    return {};
-}
-
-Error checkVendors(const QSettings &settings)
-{
-    QStringList ignored;
-    return DataHelper::vIdpIdListFromString(readText(settings, SettingsCode::CryptoVendors),
-                                            ignored);
-}
-
-Error checkOperatingModes(const QSettings &settings)
-{
-    const auto isOn = [&](SettingsCode mode) { return read(settings, mode, false).toBool(); };
-    if (std::none_of(operatingModes.begin(), operatingModes.end(), isOn))
-        return invalidContent(
-            QStringLiteral("All operating modes disabled. At least one mode must be enabled."));
-    return {};
-}
-
-using Check = Error (*)(const QSettings &);
-
-constexpr std::array<Check, 6> checks{checkCompleteness, checkPinHash, checkDataPort,
-                                      checkGpgKey,       checkVendors, checkOperatingModes};
-
-} // namespace
-
-Error Configuration::validateConfigFile(const QString &fileName)
-{
-    if (!QFile::exists(fileName))
-        return failure(ErrorId::General, QStringLiteral("Config file does not exist"));
-    const QSettings settings(fileName, QSettings::defaultFormat());
     Error error;
-    for (const Check check : checks) {
-        error = check(settings);
+    for (const Setting &setting : settingsCatalogue()) {
+        error = check(setting);
         if (error.hasError())
             break;
     }
     return error;
+}
+
+Error verdict(const Candidate &candidate)
+{
+    Error error = firstOf([&](const Setting &setting) {
+        return candidate.contains(setting) ? Error() : missing(setting);
+    });
+    if (!error.hasError())
+        error = firstOf(
+            [&](const Setting &setting) { return checkValue(setting, candidate.value(setting)); });
+    return error.hasError() ? error : checkTogether(valueIn(candidate));
+}
+
+Error checkSetting(const Setting &setting, const Candidate &candidate)
+{
+    if (!candidate.contains(setting))
+        return missing(setting);
+    if (!hasType(setting, candidate.values[setting.code]))
+        return wrongType(setting);
+    return checkValue(setting, candidate.value(setting));
+}
+
+} // namespace
+
+QVector<Fault> findFaults(const Candidate &candidate)
+{
+    if (!candidate.fault.isNull())
+        return {{nullptr, failure(ErrorId::InvalidContent,
+                                  QStringLiteral("Not readable as JSON: ") + candidate.fault)}};
+    QVector<Fault> faults;
+    Error together = checkTogether(valueIn(candidate));
+    for (const Setting &setting : settingsCatalogue()) {
+        Error error = checkSetting(setting, candidate);
+        if (!error.hasError() && isTogether(setting)) // said once, at the first of them
+            error = std::move(together);
+        if (error.hasError())
+            faults.append({&setting, std::move(error)});
+    }
+    return faults;
+}
+
+Error chained(const QVector<Fault> &faults)
+{
+    Error chain;
+    // The newest entry is the one that is read first.
+    std::for_each(faults.rbegin(), faults.rend(),
+                  [&](const Fault &fault) { chain << fault.error; });
+    return chain;
+}
+
+Error Configuration::validateConfigFile(const QString &fileName)
+{
+    return QFile::exists(fileName) ? verdict(readCandidate(fileName)) : noSuchFile();
+}
+
+Error Configuration::findConfigFileFaults(const QString &fileName)
+{
+    return QFile::exists(fileName) ? chained(findFaults(readCandidate(fileName))) : noSuchFile();
 }
 
 } // namespace aux

@@ -38,7 +38,7 @@ class Config(World):
         self.auxctl("config", "set", f"{PORT}=8080")
         before = SETTINGS.read_bytes()
         for wrong, reason in (
-            (f"{PORT}=x", f'{PORT} takes a number from 0 to 2147483647, not "x"'),
+            (f"{PORT}=x", f'{PORT} takes a number from 0 to 2147483647, but not 9000, not "x"'),
             (f"{PORT}=-1", "takes a number"),
             (f"{PORT}=2147483648", "takes a number"),
             ("/device/audio=yes", '/device/audio takes true or false, not "yes"'),

@@ -11,15 +11,12 @@
 #include <QJsonDocument>
 
 #include <algorithm>
-#include <array>
 
 namespace auxctl
 {
 
 namespace
 {
-
-using aux::SettingsCode;
 
 /// The applications that have a settings file, as ORG/NAME.
 QStringList applications()
@@ -67,39 +64,20 @@ QString keyPath(const QString &key)
     return key.startsWith('/') ? key : '/' + key;
 }
 
-bool Setting::isSecret() const
-{
-    constexpr std::array secrets{SettingsCode::DevicePin, SettingsCode::NetworkWifiPsk,
-                                 SettingsCode::PublicserverProxyPassword,
-                                 SettingsCode::CryptoPassphrase};
-    return std::find(secrets.begin(), secrets.end(), code) != secrets.end();
-}
-
-QVector<Setting> allSettings()
-{
-    QVector<Setting> settings;
-    const auto &catalogue = aux::settingsCatalogue();
-    for (auto entry = catalogue.begin(); entry != catalogue.end(); ++entry)
-        settings += {entry.key(), entry.value()};
-    std::sort(settings.begin(), settings.end(),
-              [](const Setting &a, const Setting &b) { return a.code < b.code; });
-    return settings;
-}
-
 Outcome withSettings(const QStringList &keys,
                      const std::function<Outcome(const QVector<Setting> &)> &function)
 {
-    const QVector<Setting> all = allSettings();
+    const QVector<Setting> &all = aux::settingsCatalogue();
     QVector<Setting> chosen;
     for (const QString &key : keys) {
-        const auto code = aux::settingAt(keyPath(key));
-        if (!code) {
+        const Setting *setting = aux::settingAt(keyPath(key));
+        if (setting == nullptr) {
             QStringList known;
             std::transform(all.begin(), all.end(), std::back_inserter(known),
-                           [](const Setting &setting) { return setting.key(); });
+                           [](const Setting &other) { return other.keyPath(); });
             return unknown("setting", key, known);
         }
-        chosen += {*code, aux::settingsCatalogue().value(*code)};
+        chosen += *setting;
     }
     return function(keys.isEmpty() ? all : chosen);
 }
@@ -125,7 +103,7 @@ Outcome withConfiguration(const Invocation &invocation,
 
 QJsonValue shownValue(const Setting &setting, const QVariant &value, bool reveal)
 {
-    if (setting.isSecret() && !reveal && !value.toString().isEmpty())
+    if (setting.isSecret && !reveal && !value.toString().isEmpty())
         return QStringLiteral("********");
     return QJsonValue::fromVariant(value);
 }

@@ -10,21 +10,10 @@
 namespace auxctl
 {
 
-/// A setting with the text it is called by.
-struct Setting {
-    aux::SettingsCode code;
-    aux::_SetMeta meta;
-
-    [[nodiscard]] QString key() const { return QString::fromUtf8(meta.key); }
-    /// Not for everybody's eyes.
-    [[nodiscard]] bool isSecret() const;
-};
+using aux::Setting;
 
 /// A key as the catalogue has it; the leading "/" may be missing.
 QString keyPath(const QString &key);
-
-/// All settings in the order of their codes.
-QVector<Setting> allSettings();
 
 /// Runs the function with the settings of these keys, of all without any; Usage with the nearest
 /// key where one is unknown.

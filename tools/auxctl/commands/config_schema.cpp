@@ -14,39 +14,42 @@ namespace auxctl
 namespace
 {
 
-using aux::SettingsCode;
+using aux::Rule;
 
-QJsonObject text(const QString &pattern)
+QString pattern(const Rule &rule)
 {
-    return {{"type", "string"}, {"pattern", pattern}};
+    switch (rule.kind) {
+    case Rule::Kind::Length:
+        return QStringLiteral("^([\\s\\S]{%1})?$").arg(rule.number);
+    case Rule::Kind::MinimumLength:
+        return QStringLiteral("^([\\s\\S]{%1,})?$").arg(rule.number);
+    case Rule::Kind::IdList:
+        return "^([^:;]*:[^:;]*(;[^:;]*:[^:;]*)*)?$";
+    default:
+        return {};
+    }
 }
 
-/// The settings of which more is checked than their type.
 QJsonObject form(const Setting &setting)
 {
-    switch (setting.code) {
-    case SettingsCode::DevicePin:
-        return text("^(.{64})?$");
-    case SettingsCode::CryptoGpgkey:
-        return text("^([\\s\\S]{64,})?$");
-    case SettingsCode::CryptoVendors:
-        return text("^([^:;]*:[^:;]*(;[^:;]*:[^:;]*)*)?$");
-    case SettingsCode::NetworkDataport: // 9000 belongs to the terminal itself
-        return {{"type", "integer"},
-                {"minimum", 0},
-                {"maximum", INT_MAX},
-                {"not", QJsonObject{{"const", 9000}}}};
-    default:
-        break;
-    }
-    switch (setting.meta.defaultValue.type()) {
+    QJsonObject form{{"default", QJsonValue::fromVariant(setting.defaultValue)}};
+    switch (setting.defaultValue.type()) {
     case QVariant::Bool:
-        return {{"type", "boolean"}};
+        form["type"] = "boolean";
+        break;
     case QVariant::UInt:
-        return {{"type", "integer"}, {"minimum", 0}, {"maximum", INT_MAX}};
+        form["type"] = "integer";
+        form["minimum"] = 0;
+        form["maximum"] = INT_MAX;
+        break;
     default:
-        return {{"type", "string"}};
+        form["type"] = "string";
     }
+    if (const QString text = pattern(setting.rule); !text.isEmpty())
+        form["pattern"] = text;
+    if (setting.rule.kind == Rule::Kind::NotValue)
+        form["not"] = QJsonObject{{"const", setting.rule.number}};
+    return form;
 }
 
 QJsonObject emptyObject()
@@ -72,16 +75,16 @@ QJsonObject withMember(QJsonObject object, QStringList path, const QJsonObject &
     return object;
 }
 
-/// At least one of the operating modes is on.
-QJsonArray someMode()
+/// At least one of those that are looked at together is on.
+QJsonArray someOn()
 {
     QJsonArray choices;
-    for (const Setting &setting : allSettings()) {
-        if (!setting.meta.areas.contains(aux::SettingsArea::Mode))
+    for (const Setting &setting : aux::settingsCatalogue()) {
+        if (setting.rule.kind != Rule::Kind::OneOn)
             continue;
         QJsonObject choice = emptyObject();
         choice =
-            withMember(choice, setting.key().split('/', Qt::SkipEmptyParts), {{"const", true}});
+            withMember(choice, setting.keyPath().split('/', Qt::SkipEmptyParts), {{"const", true}});
         choices += choice;
     }
     return choices;
@@ -92,14 +95,13 @@ QJsonArray someMode()
 Outcome configSchema(const Invocation &)
 {
     QJsonObject schema = emptyObject();
-    for (const Setting &setting : allSettings()) {
-        QJsonObject leaf = form(setting);
-        leaf["default"] = QJsonValue::fromVariant(setting.meta.defaultValue);
-        schema = withMember(schema, setting.key().split('/', Qt::SkipEmptyParts), leaf);
+    for (const Setting &setting : aux::settingsCatalogue()) {
+        schema =
+            withMember(schema, setting.keyPath().split('/', Qt::SkipEmptyParts), form(setting));
     }
     schema["$schema"] = "https://json-schema.org/draft/2020-12/schema";
     schema["title"] = "Settings of a terminal";
-    schema["anyOf"] = someMode();
+    schema["anyOf"] = someOn();
     const QString printed = QString::fromUtf8(QJsonDocument(schema).toJson()).trimmed();
     return {ExitStatus::Done, {}, schema, printed};
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "config/jsonformat.h"
+#include "config/rules.h"
 #include "settings.h"
 
 #include <QFile>
@@ -32,12 +33,6 @@ std::optional<QVariant> parseValue(const QString &text, QVariant::Type type)
     return text;
 }
 
-QString expected(QVariant::Type type)
-{
-    return type == QVariant::Bool ? QStringLiteral("true or false")
-                                  : QStringLiteral("a number from 0 to %1").arg(INT_MAX);
-}
-
 /// What the file on the disk says, past everything that this process keeps in memory.
 bool isOnDisk(const QString &fileName, const QVector<Setting> &settings, const Values &values)
 {
@@ -46,7 +41,7 @@ bool isOnDisk(const QString &fileName, const QVector<Setting> &settings, const V
     if (!file.open(QIODevice::ReadOnly) || !aux::json::readSettings(file, map))
         return false;
     for (int index = 0; index < settings.size(); ++index) {
-        if (map.value(settings[index].key().mid(1)) != values[index])
+        if (map.value(settings[index].keyPath().mid(1)) != values[index])
             return false;
     }
     return true;
@@ -60,8 +55,9 @@ Outcome writeAll(aux::Configuration &configuration, const QVector<Setting> &sett
     {
         QSettings file; // that of the configuration
         for (int index = 0; index < settings.size(); ++index) {
-            file.setValue(settings[index].key(), values[index]);
-            written += {settings[index].key(), shownValue(settings[index], values[index], false)};
+            file.setValue(settings[index].keyPath(), values[index]);
+            written +=
+                {settings[index].keyPath(), shownValue(settings[index], values[index], false)};
         }
     }
     if (!isOnDisk(configuration.getFileName(), settings, values)) {
@@ -89,11 +85,12 @@ Outcome configSet(const Invocation &invocation)
     return withSettings(keys, [&](const QVector<Setting> &settings) {
         Values values;
         for (int index = 0; index < settings.size(); ++index) {
-            const QVariant::Type type = settings[index].meta.defaultValue.type();
+            const QVariant::Type type = settings[index].defaultValue.type();
             const auto value = parseValue(texts[index], type);
             if (!value)
                 return misused(QStringLiteral("%1 takes %2, not \"%3\"")
-                                   .arg(settings[index].key(), expected(type), texts[index]));
+                                   .arg(settings[index].keyPath(),
+                                        aux::expectation(settings[index]), texts[index]));
             values += *value;
         }
         return withConfiguration(invocation, [&](aux::Configuration &configuration) {

@@ -13,13 +13,13 @@ Outcome configShow(const Invocation &invocation)
             QVector<QStringList> lines;
             for (const Setting &setting : settings) {
                 const QVariant value = configuration.getValue(setting.code);
-                const bool isDefault = value == setting.meta.defaultValue;
+                const bool isDefault = value == setting.defaultValue;
                 const QJsonValue shown = shownValue(setting, value, invocation.isSet("reveal"));
-                records += {{"key", setting.key()},
+                records += {{"key", setting.keyPath()},
                             {"value", shown},
-                            {"default", QJsonValue::fromVariant(setting.meta.defaultValue)},
+                            {"default", QJsonValue::fromVariant(setting.defaultValue)},
                             {"isDefault", isDefault}};
-                lines += {(isDefault ? "  " : "* ") + setting.key(), valueText(shown)};
+                lines += {(isDefault ? "  " : "* ") + setting.keyPath(), valueText(shown)};
             }
             Outcome outcome = table(records);
             outcome.text = alignedText(lines);

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUX_CONFIG_VALIDATION_H
+#define AUX_CONFIG_VALIDATION_H
+
+#include "aux/error.h"
+#include "config/candidate.h"
+
+namespace aux
+{
+
+/// One thing that is wrong with a candidate.
+struct Fault {
+    const Setting *setting; // null: the file as a whole
+    Error error;
+};
+
+/// Finds everything that is wrong, wrong types included, in the order of the catalogue.
+QVector<Fault> findFaults(const Candidate &candidate);
+
+/// The faults as one chain; iterating it gives them in their order.
+Error chained(const QVector<Fault> &faults);
+
+} // namespace aux
+
+#endif
