@@ -9,4 +9,4 @@ for component in Runtime Tools; do
 done
 export AUXCTL=$stage/bin/auxctl LD_LIBRARY_PATH PYTHONDONTWRITEBYTECODE=1
 LD_LIBRARY_PATH=$(dirname "$(find "$stage" -name libaux.so.1)")
-/usr/bin/python3 "$here/$3.py"
+/usr/bin/python3 "$here/$3.py" --verbose
