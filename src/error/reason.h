@@ -21,20 +21,26 @@ public:
     const QString &cause() const { return m_cause; }
 
     /// The same with a cause: an errno, or what the path is or is not.
-    Reason because(const QString &path, int error) const { return withCause(causeOf(path, error)); }
+    Reason because(const QString &path, int error) const { return because(causeOf(path, error)); }
     Reason because(const QString &path, const QString &explanation) const
     {
-        return withCause(causeOf(path, explanation));
+        return because(causeOf(path, explanation));
     }
-
-private:
-    Reason withCause(QString cause) const
+    /// The same with a cause that has its path already.
+    Reason because(QString cause) const
     {
         Reason reason = *this;
         reason.m_cause = std::move(cause);
         return reason;
     }
 
+    /// Returns whether both are the same reason, whatever caused it.
+    friend bool operator==(const Reason &one, const Reason &other)
+    {
+        return one.m_text == other.m_text;
+    }
+
+private:
     QString m_text;
     QString m_cause;
 };

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "error/failure.h"
 #include "fs/datadirectories.h"
+#include "fs/storage.h"
 
 #include <QDir>
 #include <QFile>
 
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace aux
@@ -31,14 +31,7 @@ bool FsHelper::checkFreeSpace(DirLocation location, qint64 bytes)
     // The kernel is asked about the directory itself: QStorageInfo reads the whole list of mounts
     // first, which takes longer than the rename it is to guard. Like there, no path is ".".
     const QString path = dirLocationToFullPath(location);
-    struct statvfs storage {
-    };
-    const int result =
-        ::statvfs(path.isEmpty() ? "." : QFile::encodeName(path).constData(), &storage);
-    const qint64 available =
-        result != 0 ? -1
-                    : static_cast<qint64>(storage.f_bavail) * static_cast<qint64>(storage.f_frsize);
-    return available >= bytes;
+    return freeSpace(path.isEmpty() ? QStringLiteral(".") : path) >= bytes;
 }
 
 Error FsHelper::removeEntireDataDir()

@@ -19,9 +19,6 @@ namespace aux
 namespace
 {
 
-/// Keeps the data partition from being filled to the last byte.
-constexpr qint64 headRoom = 64LL * 1024 * 1024;
-
 struct Move {
     QFileInfo source; // asks the file system once
     DirLocation to;

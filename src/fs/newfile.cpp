@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "fs/newfile.h"
+#include "error/failure.h"
 #include "fs/storage.h"
 
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cstdio>
 
 #include <unistd.h>
@@ -19,42 +21,56 @@ QString directoryOf(const QString &path)
     return QFileInfo(path).absolutePath();
 }
 
-/// Returns whether a file may take this name; a device or a pipe must not be replaced by one, and a
-/// directory that cannot be opened cannot be fsynced.
-bool isFreeForFile(const QString &path)
-{
-    const QFileInfo info(path);
-    // Qt would take a name up to its first NUL.
-    return !path.contains(QChar::Null) && !info.fileName().isEmpty() &&
-           (info.isFile() || !info.exists()) && QFileInfo(directoryOf(path)).isReadable();
-}
-
 } // namespace
+
+/// A device or a pipe must not be replaced by a file, and a directory that cannot be opened cannot
+/// be fsynced.
+bool NewFile::mayTakeName()
+{
+    const QFileInfo info(m_path);
+    if (m_path.contains(QChar::Null)) // Qt would take a name up to there
+        return failed(EINVAL);
+    if (info.fileName().isEmpty() || (info.exists() && !info.isFile()))
+        return failed(QStringLiteral("not a regular file"));
+    return ::access(QFile::encodeName(directoryOf(m_path)).constData(), R_OK) == 0 || failed(errno);
+}
 
 bool NewFile::open()
 {
-    if (!isFreeForFile(m_path))
+    if (!mayTakeName())
         return false;
     m_file.setFileTemplate(directoryOf(m_path) + QStringLiteral("/.libaux-XXXXXX"));
-    return m_file.open();
+    return m_file.open() || failed(m_file.errorString());
 }
 
 bool NewFile::hasRoom(int bytes)
 {
     const QByteArray block(bytes, '\0');
     ::lseek(handle(), 0, SEEK_END);
-    return ::write(handle(), block.constData(), block.size()) == block.size();
+    const ssize_t written = ::write(handle(), block.constData(), static_cast<size_t>(block.size()));
+    return written == block.size() || failed(written < 0 ? errno : ENOSPC);
 }
 
 bool NewFile::commit()
 {
     if (!m_file.flush() || ::fsync(handle()) != 0)
-        return false;
+        return failed(errno);
     const QByteArray temporary = QFile::encodeName(m_file.fileName()); // gets one by this
     if (std::rename(temporary.constData(), QFile::encodeName(m_path).constData()) != 0)
-        return false;
+        return failed(errno);
     m_file.setAutoRemove(false);
-    return syncDirectory(directoryOf(m_path));
+    return syncDirectory(directoryOf(m_path)) || failed(errno);
+}
+
+bool NewFile::failed(const QString &explanation)
+{
+    m_cause = causeOf(m_path, explanation);
+    return false;
+}
+
+bool NewFile::failed(int error)
+{
+    return failed(qt_error_string(error));
 }
 
 } // namespace aux

@@ -22,6 +22,7 @@ public:
 
     /// Makes the file; false also where it could not get the name in the end.
     bool open();
+    const QString &path() const { return m_path; }
     qint64 size() const { return m_file.size(); }
     int handle() const { return m_file.handle(); }
     bool write(const QByteArray &content) { return m_file.write(content) == content.size(); }
@@ -31,9 +32,17 @@ public:
     /// succeeded.
     bool commit();
 
+    /// Why the last of open(), hasRoom() and commit() failed: "PATH: EXPLANATION".
+    const QString &cause() const { return m_cause; }
+
 private:
+    bool mayTakeName();
+    bool failed(const QString &explanation);
+    bool failed(int error);
+
     QString m_path;
     QTemporaryFile m_file;
+    QString m_cause;
 };
 
 } // namespace aux

@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace aux
@@ -33,6 +34,15 @@ bool syncDirectory(const QString &path)
 bool syncFileSystem(const QString &path)
 {
     return syncWith(::syncfs, path);
+}
+
+qint64 freeSpace(const QString &path)
+{
+    struct statvfs storage {
+    };
+    if (::statvfs(QFile::encodeName(path).constData(), &storage) != 0)
+        return -1;
+    return static_cast<qint64>(storage.f_bavail) * static_cast<qint64>(storage.f_frsize);
 }
 
 } // namespace aux

@@ -13,6 +13,13 @@ bool syncDirectory(const QString &path);
 /// Syncs the file system of the directory; returns whether that succeeded.
 bool syncFileSystem(const QString &path);
 
+/// What stays free of a file system, in bytes, so that settings can still be written.
+inline constexpr qint64 headRoom = 64LL * 1024 * 1024;
+
+/// Returns how many more bytes the calling user may write to the file system of a directory or
+/// file, -1 where that cannot be told.
+qint64 freeSpace(const QString &path);
+
 } // namespace aux
 
 #endif
