@@ -14,14 +14,14 @@ Reason run(FilePair &files, bool decode)
     HelperProgram base64;
     files.connectTo(base64);
     const QStringList arguments = decode ? QStringList(QStringLiteral("--decode")) : QStringList();
-    Reason reason =
-        base64.run(QStringLiteral("base64"), arguments, [&files] { return files.bytes(); });
+    Reason reason = base64.run(QStringLiteral("base64"), arguments, files.timeout());
     if (!reason.isNone())
         return reason;
-    if (base64.exitCode() == 0)
+    if (base64.hasSucceeded())
         return files.commit();
-    if (!files.hasRoom())
-        return reason::cannotWrite;
+    reason = files.whyNoRoom(base64);
+    if (!reason.isNone())
+        return reason;
     return decode ? QStringLiteral("input is not base64") : QStringLiteral("base64 failed");
 }
 

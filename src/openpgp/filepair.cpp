@@ -1,24 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "openpgp/filepair.h"
-#include "error/reason.h"
+#include "fs/storage.h"
 
 #include <QFileInfo>
+
+#include <cerrno>
+#include <csignal>
 
 namespace aux
 {
 
-bool openForProgram(QFile &file)
+Reason openForProgram(RegularFile &file)
 {
-    // Qt would take a name up to its first NUL.
-    return !file.fileName().contains(QChar::Null) && QFileInfo(file).isFile() &&
-           file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    return file.openForReading() ? Reason() : reason::cannotRead.because(file.cause());
 }
 
 Reason FilePair::open()
 {
-    if (!openForProgram(m_input))
-        return reason::cannotRead;
-    return m_output.open() ? Reason() : reason::cannotCreate;
+    Reason reason = openForProgram(m_input);
+    if (!reason.isNone())
+        return reason;
+    return m_output.open() ? Reason() : reason::cannotCreate.because(m_output.cause());
 }
 
 void FilePair::connectTo(HelperProgram &program) const
@@ -27,9 +29,30 @@ void FilePair::connectTo(HelperProgram &program) const
     program.setOutput(m_output.handle());
 }
 
+Reason FilePair::keepSpaceFree(HelperProgram &program) const
+{
+    const qint64 room = freeSpace(QFileInfo(m_output.path()).absolutePath()) - headRoom;
+    if (room <= 0)
+        return reason::cannotWrite.because(m_output.path(), ENOSPC);
+    program.limit(RLIMIT_FSIZE, static_cast<rlim_t>(room));
+    return {};
+}
+
+HelperProgram::Timeout FilePair::timeout() const
+{
+    return [this] { return HelperProgram::timeoutFor(m_input.size() + m_output.size()); };
+}
+
+Reason FilePair::whyNoRoom(const HelperProgram &program)
+{
+    if (program.wasKilledBy(SIGXFSZ))
+        return reason::cannotWrite.because(m_output.path(), ENOSPC);
+    return m_output.hasRoom() ? Reason() : reason::cannotWrite.because(m_output.cause());
+}
+
 Reason FilePair::commit()
 {
-    return m_output.commit() ? Reason() : reason::cannotWrite;
+    return m_output.commit() ? Reason() : reason::cannotWrite.because(m_output.cause());
 }
 
 } // namespace aux

@@ -3,15 +3,14 @@
 #define AUX_OPENPGP_FILEPAIR_H
 
 #include "fs/newfile.h"
+#include "fs/regularfile.h"
 #include "process/helperprogram.h"
-
-#include <QFile>
 
 namespace aux
 {
 
-/// A file for a program to read. Only regular files are taken: opening a pipe could wait for ever.
-bool openForProgram(QFile &file);
+/// Opens a file for a program to read; the reason where that fails.
+Reason openForProgram(RegularFile &file);
 
 /// A file that a program reads, and the new one that it writes. Programs never see their names.
 class FilePair
@@ -22,15 +21,18 @@ public:
     /// Opens both; the reason where that fails.
     Reason open();
     void connectTo(HelperProgram &program) const;
-    /// What the program has to go through; of the output only what is there is known.
-    qint64 bytes() const { return m_input.size() + m_output.size(); }
-    /// Returns whether the program, which has failed, could still have written.
-    bool hasRoom() { return m_output.hasRoom(); }
+    /// Keeps the program from taking the last 64 MiB of the output's file system: it is killed by
+    /// SIGXFSZ instead. The reason where less is left from the start.
+    Reason keepSpaceFree(HelperProgram &program) const;
+    /// How long the program may take; of the output only what is there is known.
+    HelperProgram::Timeout timeout() const;
+    /// Returns the reason where the program, which has failed, had no room to write.
+    Reason whyNoRoom(const HelperProgram &program);
     /// Gives the output its name; the reason where that fails.
     Reason commit();
 
 private:
-    QFile m_input;
+    RegularFile m_input;
     NewFile m_output;
 };
 

@@ -5,6 +5,8 @@
 
 #include <QTemporaryFile>
 
+#include <cerrno>
+
 namespace aux
 {
 
@@ -25,18 +27,18 @@ std::pair<Reason, QByteArray> reveal(const QString &keyB64, const QString &passP
     return {Reason(), DataHelper::xorByteArray(hidden, passPhrase.toUtf8())};
 }
 
-/// Writes a file of mode 0600 that nobody else has opened before; returns its path, null on
-/// failure.
-QString storeInTemp(const QByteArray &content)
+/// Writes a file of mode 0600 that nobody else has opened before, and sets its path.
+Reason storeInTemp(const QByteArray &content, QString &path)
 {
     QTemporaryFile file(
         FsHelper::createPathName(DirLocation::Tmp, QStringLiteral("libaux-key-XXXXXX")));
-    if (!directoryExists(DirLocation::Tmp) || !file.open() ||
-        file.write(content) != content.size() || !file.flush())
-        return {};
-    QString path = file.fileName();
-    file.setAutoRemove(path.isEmpty());
-    return path;
+    if (!directoryExists(DirLocation::Tmp))
+        return reason::cannotWrite.because(file.fileTemplate(), ENOENT);
+    if (!file.open() || file.write(content) != content.size() || !file.flush())
+        return reason::cannotWrite.because(file.fileTemplate(), file.errorString());
+    path = file.fileName();
+    file.setAutoRemove(false);
+    return {};
 }
 
 } // namespace
@@ -68,13 +70,11 @@ std::pair<Error, QString> DataHelper::decryptKeyB64StoreToTemp(const QString &ke
                                                                const QString &passPhrase)
 {
     constexpr const char *operation = "decryptKeyB64StoreToTemp";
-    const auto [reason, key] = reveal(keyB64, passPhrase);
-    if (!reason.isNone())
-        return {refuse(operation, reason), {}};
-    QString path = storeInTemp(key);
-    if (path.isEmpty())
-        return {refuse(operation, reason::cannotWrite), {}};
-    return {Error(), std::move(path)};
+    auto [reason, key] = reveal(keyB64, passPhrase);
+    QString path;
+    if (reason.isNone())
+        reason = storeInTemp(key, path);
+    return {outcome(operation, reason), path};
 }
 
 } // namespace aux

@@ -2,157 +2,188 @@
 #include "openpgp/keyring.h"
 #include "fs/newfile.h"
 #include "process/helperprogram.h"
+#include "process/processes.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QThread>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace aux::keyring
+namespace aux
 {
 
-const QString path = QStringLiteral("/tmp/gpg-temp-keyring");
-const Reason noKey = QStringLiteral("no key is imported");
-const Reason noRoom = QStringLiteral("no room in %1").arg(path);
+const QString Keyring::path = QStringLiteral("/tmp/gpg-temp-keyring");
+const Reason Keyring::noKey = QStringLiteral("no key is imported");
+const Reason Keyring::noRoom = QStringLiteral("no room in %1").arg(path);
 
 namespace
 {
 
 constexpr int enoughRoom = 64 * 1024;      // bytes
-constexpr int endPatience = 2000;          // ms, of a program that was told to end
-constexpr unsigned long pollInterval = 10; // ms
+constexpr int longestTurn = 5 * 60 * 1000; // ms that are waited for others
+constexpr int pollInterval = 10;           // ms
 
-const Reason foreign = QStringLiteral("%1 is not this program's own directory").arg(path);
+const Reason foreign = QStringLiteral("%1 is not this program's own directory").arg(Keyring::path);
+const Reason notMade = QStringLiteral("%1 cannot be made").arg(Keyring::path);
+const Reason notRemoved = QStringLiteral("%1 cannot be removed").arg(Keyring::path);
+const Reason inUse = QStringLiteral("%1 is in use").arg(Keyring::path);
 
-enum class State { Missing, Own, Foreign };
+/// Where an operation was killed, the agent that it leaves behind would else go on to decrypt
+/// without being asked for a pass phrase. It needs no cards either.
+const QByteArray agentOptions = "default-cache-ttl 0\n"
+                                "max-cache-ttl 0\n"
+                                "disable-scdaemon\n";
 
-State state()
+QByteArray encodedPath()
 {
-    struct stat status {
-    };
-    if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
-        return errno == ENOENT ? State::Missing : State::Foreign;
-    const bool isPrivate = (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
-    return S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() && isPrivate ? State::Own
-                                                                                : State::Foreign;
+    return QFile::encodeName(Keyring::path);
 }
 
-/// gpg names the home directory to everything that it starts.
-bool usesKeyring(const QString &process)
+/// Waits for a lock that its holder gives up, or that the kernel takes from it when it dies.
+bool lock(const Descriptor &file)
 {
-    QFile commandLine(process + QStringLiteral("/cmdline"));
-    if (!commandLine.open(QIODevice::ReadOnly))
-        return false; // it has ended meanwhile
-    const QByteArrayList arguments = commandLine.readAll().split('\0');
-    const int option = arguments.indexOf("--homedir");
-    return option >= 0 && arguments.value(option + 1) == QFile::encodeName(path);
-}
-
-/// This user's processes on the keyring.
-QVector<pid_t> keyringProcesses()
-{
-    QVector<pid_t> found;
-    const QDir processes(QStringLiteral("/proc"));
-    const auto entries = processes.entryInfoList({QStringLiteral("[0-9]*")}, QDir::Dirs);
-    for (const QFileInfo &entry : entries) {
-        if (entry.ownerId() == ::geteuid() && usesKeyring(entry.filePath()))
-            found += entry.fileName().toInt();
-    }
-    return found;
-}
-
-/// Returns whether it has let go of everything; its parent may not have asked for it yet.
-bool hasEnded(pid_t process)
-{
-    QFile status(QStringLiteral("/proc/%1/stat").arg(process));
-    if (!status.open(QIODevice::ReadOnly))
-        return true;
-    const QByteArray fields = status.readAll(); // number, name in parentheses, state
-    return fields.mid(fields.lastIndexOf(')') + 2, 1) == "Z";
-}
-
-/// Returns whether all of them have ended in time.
-bool haveEnded(const QVector<pid_t> &processes)
-{
-    const QDeadlineTimer deadline(endPatience);
-    while (!std::all_of(processes.begin(), processes.end(), hasEnded)) {
-        if (deadline.hasExpired())
+    for (int waited = 0; ::flock(file.number(), LOCK_EX | LOCK_NB) != 0; waited += pollInterval) {
+        if ((errno != EWOULDBLOCK && errno != EINTR) || waited >= longestTurn)
             return false;
-        QThread::msleep(pollInterval);
+        ::poll(nullptr, 0, pollInterval);
     }
     return true;
 }
 
-void control(const QStringList &request)
+/// A process forked meanwhile has the lock too, and would keep it.
+void unlock(const Descriptor &file)
 {
-    HelperProgram gpgconf;
-    const QStringList home{QStringLiteral("--homedir"), path};
-    // Whether anything is left is looked at afterwards.
-    static_cast<void>(gpgconf.run(QStringLiteral("gpgconf"), home + request, [] { return 0; }));
+    ::flock(file.number(), LOCK_UN);
+}
+
+Reason clear()
+{
+    bool isClear = true;
+    const auto entries =
+        QDir(Keyring::path)
+            .entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    for (const QFileInfo &entry : entries) {
+        const QString name = entry.filePath();
+        isClear &= entry.isDir() && !entry.isSymLink() ? QDir(name).removeRecursively()
+                                                       : QFile::remove(name);
+    }
+    return isClear ? Reason() : notRemoved;
+}
+
+Reason writeAgentOptions()
+{
+    NewFile file(Keyring::path + QStringLiteral("/gpg-agent.conf"));
+    return file.open() && file.write(agentOptions) && file.commit() ? Reason()
+                                                                    : notMade.because(file.cause());
 }
 
 } // namespace
 
-Reason requireKeyring()
+Keyring::~Keyring()
 {
-    switch (state()) {
-    case State::Missing:
-        return noKey;
-    case State::Foreign:
-        return foreign;
-    case State::Own:
-        break;
-    }
-    return stopAgents();
+    if (m_directory.isOpen())
+        unlock(m_directory);
 }
 
-bool hasRoom()
+Reason Keyring::requireKeyring()
+{
+    Reason reason = takeTurn(Missing::Refuse);
+    return reason.isNone() ? stopAgents() : reason;
+}
+
+Reason Keyring::make()
+{
+    Reason reason = takeTurn(Missing::Make);
+    if (reason.isNone())
+        reason = stopAgents();
+    if (reason.isNone())
+        reason = clear();
+    return reason.isNone() ? writeAgentOptions() : reason;
+}
+
+Reason Keyring::remove()
+{
+    Reason reason = stopAgents();
+    if (!reason.isNone())
+        return reason;
+    HelperProgram gpgconf; // where /run has a directory for this user, it has one for the sockets
+    static_cast<void>(
+        gpgconf.run(QStringLiteral("gpgconf"),
+                    {QStringLiteral("--homedir"), path, QStringLiteral("--remove-socketdir")}));
+    return QDir(path).removeRecursively() ? Reason() : notRemoved;
+}
+
+Reason Keyring::stopAgents()
+{
+    // gpg names the home directory to everything that it starts.
+    const QVector<pid_t> processes = processesWith("--homedir", encodedPath());
+    return endProcesses(processes, SIGTERM) || endProcesses(processes, SIGKILL)
+               ? Reason()
+               : QStringLiteral("gpg-agent cannot be ended");
+}
+
+bool Keyring::hasRoom()
 {
     NewFile file(path + QStringLiteral("/room"));
     return file.open() && file.hasRoom(enoughRoom);
 }
 
-Reason make()
+Reason Keyring::takeTurn(Missing missing)
 {
-    Reason reason = remove();
-    if (!reason.isNone())
-        return reason;
-    if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0)
-        return QStringLiteral("%1 cannot be made").arg(path);
+    do {
+        Reason reason = open(missing);
+        if (!reason.isNone())
+            return reason;
+        // Who has just given the turn up waits for the next one behind all who wait already.
+        const Descriptor queue(::openat(m_directory.number(), "queue",
+                                        O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC,
+                                        S_IRUSR | S_IWUSR));
+        const bool isFirst = !queue.isOpen() || lock(queue);
+        const bool isLocked = isFirst && lock(m_directory);
+        unlock(queue);
+        if (!isLocked)
+            return inUse;
+    } while (!hasName()); // whoever had it before may have removed it
     return {};
 }
 
-Reason remove()
+Reason Keyring::open(Missing missing)
 {
-    if (state() == State::Foreign)
-        return foreign;
-    Reason reason = stopAgents();
-    if (!reason.isNone() || state() == State::Missing)
-        return reason;
-    control({QStringLiteral("--remove-socketdir")}); // where /run has one for this user
-    return QDir(path).removeRecursively() ? Reason()
-                                          : QStringLiteral("%1 cannot be removed").arg(path);
+    do {
+        if (missing == Missing::Make && ::mkdir(encodedPath().constData(), S_IRWXU) != 0 &&
+            errno != EEXIST)
+            return notMade.because(path, errno);
+        m_directory = Descriptor(
+            ::open(encodedPath().constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    } while (missing == Missing::Make && !m_directory.isOpen() && errno == ENOENT);
+    if (!m_directory.isOpen())
+        return errno == ENOENT ? noKey : foreign.because(path, errno);
+    struct stat status {
+    };
+    ::fstat(m_directory.number(), &status);
+    const bool isPrivate = (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+    return isPrivate && status.st_uid == ::geteuid()
+               ? Reason()
+               : foreign.because(path, QStringLiteral("another user's, or open to others"));
 }
 
-Reason stopAgents()
+/// Returns whether the open directory still is the one of this name.
+bool Keyring::hasName() const
 {
-    const QVector<pid_t> processes = keyringProcesses();
-    if (state() == State::Own)
-        control({QStringLiteral("--kill"), QStringLiteral("all")});
-    if (haveEnded(processes))
-        return {};
-    for (const pid_t process : processes) {
-        if (!hasEnded(process)) // what does not listen any more
-            ::kill(process, SIGKILL);
-    }
-    return haveEnded(processes) ? Reason() : QStringLiteral("gpg-agent cannot be ended");
+    struct stat opened {
+    };
+    struct stat named {
+    };
+    return ::fstat(m_directory.number(), &opened) == 0 &&
+           ::lstat(encodedPath().constData(), &named) == 0 && opened.st_dev == named.st_dev &&
+           opened.st_ino == named.st_ino;
 }
 
-} // namespace aux::keyring
+} // namespace aux

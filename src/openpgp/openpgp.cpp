@@ -22,9 +22,8 @@ qint64 now()
 std::pair<Reason, QVector<gpg::Key>> importedKeys()
 {
     gpg::Run run;
-    Reason reason = run.execute({QStringLiteral("--with-colons"), QStringLiteral("--list-keys")},
-                                [] { return 0; });
-    return {std::move(reason), gpg::parseKeys(run.program().readAllStandardOutput())};
+    Reason reason = run.execute({QStringLiteral("--with-colons"), QStringLiteral("--list-keys")});
+    return {std::move(reason), gpg::parseKeys(run.program().output())};
 }
 
 /// Why this is not what an import is to bring.
@@ -36,27 +35,40 @@ Reason whyRefused(const QVector<gpg::Key> &keys)
                            : keys.first().whyInvalid(now());
 }
 
-Reason import(QFile &file)
+Reason import(const RegularFile &file)
 {
     gpg::Run run;
     run.program().setInput(file.handle());
     // A key without a valid signature of its own is taken first, to see what is wrong with it.
     Reason reason =
         run.execute({QStringLiteral("--allow-non-selfsigned-uid"), QStringLiteral("--import")},
-                    [&file] { return file.size(); });
+                    [&file] { return HelperProgram::timeoutFor(file.size()); });
     if (!reason.isNone())
         return reason;
     const auto [listingFailure, keys] = importedKeys();
     Reason refused = listingFailure.isNone() ? whyRefused(keys) : listingFailure;
-    if (!refused.isNone() || run.isDone())
+    if (!refused.isNone() || run.hasSucceeded())
         return refused;
     return run.status().isSecretKeyLost() ? QStringLiteral("gpg-agent did not take the secret key")
                                           : QStringLiteral("file holds no whole key");
 }
 
+/// Imports into an empty keyring, and removes it where that fails.
+Reason fill(Keyring &keyring, const RegularFile &file)
+{
+    Reason reason = import(file);
+    const Reason stopFailure = Keyring::stopAgents();
+    if (reason.isNone())
+        reason = stopFailure;
+    if (!reason.isNone() && !Keyring::hasRoom())
+        reason = Keyring::noRoom;
+    const Reason removalFailure = reason.isNone() ? Reason() : keyring.remove();
+    return removalFailure.isNone() ? reason : removalFailure;
+}
+
 Reason whyNotEncrypted(const gpg::Run &run)
 {
-    return run.isDone() && run.status().has("END_ENCRYPTION") ? Reason() : notDone;
+    return run.hasSucceeded() && run.status().has("END_ENCRYPTION") ? Reason() : notDone;
 }
 
 Reason whyNotDecrypted(const gpg::Run &run)
@@ -65,7 +77,7 @@ Reason whyNotDecrypted(const gpg::Run &run)
     // Without the key's own line it was a message to a pass phrase, which anybody can make.
     const bool hasKey = status.has("DECRYPTION_KEY");
     const bool isWhole = status.has("DECRYPTION_OKAY");
-    if (run.isDone() && isWhole && hasKey)
+    if (run.hasSucceeded() && isWhole && hasKey)
         return {};
     if (status.isPassPhraseWrong())
         return QStringLiteral("wrong pass phrase");
@@ -78,91 +90,101 @@ Reason whyNotDecrypted(const gpg::Run &run)
     return QStringLiteral("input is no encrypted message");
 }
 
+/// Why it failed: where there was no room, what gpg says is not to be trusted.
+Reason whyFailed(FilePair &files, const HelperProgram &gpg, Reason reason)
+{
+    Reason noRoom = files.whyNoRoom(gpg);
+    if (!noRoom.isNone())
+        return noRoom;
+    return Keyring::hasRoom() ? reason : Keyring::noRoom;
+}
+
 /// Sends a file through gpg. The output gets its name only where all went well, the end of what
 /// gpg had left running included.
-Reason cryptFileGPG(const QString &inFile, const QString &outFile, gpg::Run &run,
-                    const QStringList &command, Reason (*judge)(const gpg::Run &))
+Reason cryptFileGPG(FilePair &files, gpg::Run &run, const QStringList &command,
+                    Reason (*judge)(const gpg::Run &))
 {
-    FilePair files(inFile, outFile);
-    Reason reason = files.open();
-    if (!reason.isNone())
-        return reason;
     files.connectTo(run.program());
-    reason = run.execute(command, [&files] { return files.bytes(); });
+    Reason reason = run.execute(command, files.timeout());
     if (reason.isNone())
         reason = judge(run);
-    if (!reason.isNone() && !files.hasRoom())
-        reason = reason::cannotWrite;
-    else if (!reason.isNone() && !keyring::hasRoom())
-        reason = keyring::noRoom;
-    const Reason stopFailure = keyring::stopAgents();
+    if (!reason.isNone())
+        reason = whyFailed(files, run.program(), reason);
+    const Reason stopFailure = Keyring::stopAgents();
     if (reason.isNone())
         reason = stopFailure;
     return reason.isNone() ? files.commit() : reason;
 }
 
-Reason encrypt(const QString &inFile, const QString &outFile)
+Reason encrypt(FilePair &files)
 {
     const auto [listingFailure, keys] = importedKeys();
     if (!listingFailure.isNone())
         return listingFailure;
     const gpg::Key key = keys.value(0);
-    Reason useless = keys.isEmpty() ? keyring::noKey : key.whyUseless(now());
+    Reason useless = keys.isEmpty() ? Keyring::noKey : key.whyUseless(now());
     if (!useless.isNone())
         return useless;
     gpg::Run run;
-    return cryptFileGPG(inFile, outFile, run,
+    return cryptFileGPG(files, run,
                         {QStringLiteral("--recipient"), QString::fromLatin1(key.fingerprint),
                          QStringLiteral("--encrypt")},
                         whyNotEncrypted);
 }
 
-Reason decrypt(const QString &inFile, const QString &outFile, const QString &passPhrase)
+Reason decrypt(FilePair &files, const QString &passPhrase)
 {
     gpg::Run run;
     Reason reason = run.setPassPhrase(passPhrase);
+    if (reason.isNone())
+        reason = files.keepSpaceFree(run.program());
     if (!reason.isNone())
         return reason;
-    return cryptFileGPG(inFile, outFile, run, {QStringLiteral("--decrypt")}, whyNotDecrypted);
+    return cryptFileGPG(files, run, {QStringLiteral("--decrypt")}, whyNotDecrypted);
 }
 
 } // namespace
 
 Error DataHelper::importKeypairGPG(const QString &keyFile)
 {
-    QFile file(keyFile);
-    Reason reason = openForProgram(file) ? keyring::make() : reason::cannotRead;
-    if (reason.isNone()) {
-        reason = import(file);
-        const Reason stopFailure = keyring::stopAgents();
-        if (reason.isNone())
-            reason = stopFailure;
-        if (!reason.isNone() && !keyring::hasRoom())
-            reason = keyring::noRoom;
-        const Reason removalFailure = reason.isNone() ? Reason() : keyring::remove();
-        if (!removalFailure.isNone())
-            reason = removalFailure;
-    }
+    RegularFile file(keyFile);
+    Keyring keyring;
+    Reason reason = openForProgram(file);
+    if (reason.isNone())
+        reason = keyring.make();
+    if (reason.isNone())
+        reason = fill(keyring, file);
     return outcome("importKeypairGPG", reason);
 }
 
 Error DataHelper::encryptFileGPG(const QString &inFile, const QString &outFile)
 {
-    Reason reason = keyring::requireKeyring();
-    return outcome("encryptFileGPG", reason.isNone() ? encrypt(inFile, outFile) : reason);
+    FilePair files(inFile, outFile);
+    Keyring keyring;
+    Reason reason = keyring.requireKeyring();
+    if (reason.isNone())
+        reason = files.open();
+    return outcome("encryptFileGPG", reason.isNone() ? encrypt(files) : reason);
 }
 
 Error DataHelper::decryptFileGPG(const QString &inFile, const QString &outFile,
                                  const QString &passPhrase)
 {
-    Reason reason = keyring::requireKeyring();
-    return outcome("decryptFileGPG",
-                   reason.isNone() ? decrypt(inFile, outFile, passPhrase) : reason);
+    FilePair files(inFile, outFile);
+    Keyring keyring;
+    Reason reason = keyring.requireKeyring();
+    if (reason.isNone())
+        reason = files.open();
+    return outcome("decryptFileGPG", reason.isNone() ? decrypt(files, passPhrase) : reason);
 }
 
 Error DataHelper::removeKeypairGPG()
 {
-    return outcome("removeKeypairGPG", keyring::remove());
+    Keyring keyring;
+    Reason reason = keyring.requireKeyring();
+    if (reason.isNone())
+        reason = keyring.remove();
+    return outcome("removeKeypairGPG", reason == Keyring::noKey ? Reason() : reason);
 }
 
 } // namespace aux

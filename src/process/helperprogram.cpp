@@ -4,10 +4,14 @@
 #include <QElapsedTimer>
 #include <QFile>
 
+#include <array>
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 
 #include <fcntl.h>
-#include <sys/prctl.h>
+#include <poll.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace aux
@@ -18,100 +22,139 @@ namespace
 
 constexpr qint64 baseTimeout = 30000; // ms
 constexpr qint64 bytesPerSecond = 256LL * 1024;
-constexpr int deathPatience = 5000; // ms
+constexpr qint64 longestPoll = 1000 * baseTimeout; // ms; fits an int
+constexpr int contentLimit = 8 * 1024 * 1024;
 
-/// Lets the end of a child be noticed in a thread that blocks its signal.
-class ChildSignal
+Descriptor emptyInput()
 {
-public:
-    ChildSignal()
-    {
-        sigset_t signals;
-        sigemptyset(&signals);
-        sigaddset(&signals, SIGCHLD);
-        pthread_sigmask(SIG_UNBLOCK, &signals, &m_before);
-    }
-    ~ChildSignal() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-    ChildSignal(const ChildSignal &) = delete;
-    ChildSignal &operator=(const ChildSignal &) = delete;
+    return Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+}
 
-private:
-    sigset_t m_before{};
-};
+/// Why it did not exit by itself.
+Reason whyKilled(const QString &program, int status)
+{
+    if (WIFEXITED(status))
+        return {};
+    return Reason(QStringLiteral("%1 was killed").arg(program))
+        .because(program, QString::fromLatin1(::sigdescr_np(WTERMSIG(status))));
+}
 
 } // namespace
 
-HelperProgram::HelperProgram()
+qint64 HelperProgram::timeoutFor(qint64 bytes)
 {
-    // Where this process has closed its standard streams, no other file may take their numbers: it
-    // would be taken for them, here and in the child.
-    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
-        if (::fcntl(stream, F_GETFD) < 0)
-            m_own += ::open(QFile::encodeName(nullDevice()).constData(), O_RDWR | O_CLOEXEC);
-    }
-    setStandardInputFile(nullDevice());
-}
-
-HelperProgram::~HelperProgram()
-{
-    killAll();
-    for (const int descriptor : qAsConst(m_own))
-        ::close(descriptor);
-}
-
-/// Under a number that is none of a standard stream.
-int HelperProgram::duplicate(int descriptor)
-{
-    m_own += ::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    return m_own.last();
+    return baseTimeout + bytes * 1000 / bytesPerSecond;
 }
 
 Reason HelperProgram::run(const QString &program, const QStringList &arguments,
-                          const std::function<qint64()> &bytes)
+                          const Timeout &timeout)
 {
-    const ChildSignal childSignal;
-    start(program, arguments);
-    if (!waitForStarted())
-        return program + QStringLiteral(" cannot be started");
-    if (!waitForEnd(bytes)) {
-        killAll();
-        return program + QStringLiteral(" did not end in time");
+    m_report.startError = start(program, arguments);
+    if (m_report.startError == 0) {
+        waitForEnd(timeout);
+        if (m_end == End::TimedOut)
+            ::kill(-m_group, SIGKILL);
+        while (::waitpid(m_group, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        m_written.takeWhatIsThere();
+        m_complaints.takeWhatIsThere();
     }
-    return exitStatus() == CrashExit ? program + QStringLiteral(" was killed") : Reason();
+    if (m_report.startError != 0)
+        return Reason(QStringLiteral("%1 cannot be started").arg(program))
+            .because(program, m_report.startError);
+    if (hasTimedOut())
+        return QStringLiteral("%1 did not end in time").arg(program);
+    return whyKilled(program, m_report.status);
 }
 
-bool HelperProgram::waitForEnd(const std::function<qint64()> &bytes)
+bool HelperProgram::hasSucceeded() const
+{
+    return m_end == End::Reported && m_report.startError == 0 && m_report.status == 0;
+}
+
+bool HelperProgram::wasKilledBy(int signal) const
+{
+    return m_end == End::Reported && WIFSIGNALED(m_report.status) &&
+           WTERMSIG(m_report.status) == signal;
+}
+
+/// Under a number that is none of a standard stream, also where this process has closed its own.
+int HelperProgram::duplicate(int descriptor)
+{
+    m_ends.emplace_back(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    return m_ends.back().number();
+}
+
+/// Returns its write end, -1 where there is none.
+int HelperProgram::openPipe(Stream &stream)
+{
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        return -1;
+    stream.pipe = Descriptor(ends[0]);
+    const Descriptor writeEnd(ends[1]);
+    ::fcntl(ends[0], F_SETFL, O_NONBLOCK);
+    return duplicate(writeEnd.number());
+}
+
+/// Returns 0, or an errno.
+int HelperProgram::start(const QString &program, const QStringList &arguments)
+{
+    for (const QString &word : QStringList(program) + arguments)
+        m_plan.words += QFile::encodeName(word);
+    m_plan.input = duplicate(m_input < 0 ? emptyInput().number() : m_input);
+    m_plan.output = m_output < 0 ? openPipe(m_written) : duplicate(m_output);
+    m_plan.errors = openPipe(m_complaints);
+    const int reports = openPipe(m_reports);
+    if (qMin(qMin(m_plan.input, m_plan.output), qMin(m_plan.errors, reports)) >= 0)
+        m_group = startChild(m_plan, reports);
+    const int error = m_group < 0 ? errno : 0;
+    m_ends.clear();
+    return error;
+}
+
+void HelperProgram::waitForEnd(const Timeout &timeout)
 {
     QElapsedTimer timer;
     timer.start();
-    while (state() != NotRunning) {
-        const qint64 left = baseTimeout + bytes() * 1000 / bytesPerSecond - timer.elapsed();
-        if (left <= 0)
-            return false;
-        waitForFinished(static_cast<int>(qMin(left, baseTimeout)));
+    while (m_end == End::Unknown) {
+        std::array<pollfd, 3> watched{{{m_reports.pipe.number(), POLLIN, 0},
+                                       {m_written.pipe.number(), POLLIN, 0},
+                                       {m_complaints.pipe.number(), POLLIN, 0}}};
+        const qint64 left = timeout() - timer.elapsed();
+        if (left <= 0) {
+            m_end = End::TimedOut;
+        } else if (::poll(watched.data(), watched.size(),
+                          static_cast<int>(qMin(left, longestPoll))) > 0) {
+            m_written.takeWhatIsThere();
+            m_complaints.takeWhatIsThere();
+            m_reports.takeWhatIsThere();
+            takeReport();
+        }
     }
-    return true;
 }
 
-/// Runs in the child, where only system calls are safe.
-void HelperProgram::setupChildProcess()
+void HelperProgram::takeReport()
 {
-    ::setpgid(0, 0);
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (m_input >= 0)
-        ::dup2(m_input, STDIN_FILENO);
-    if (m_output >= 0)
-        ::dup2(m_output, STDOUT_FILENO);
-    for (const int descriptor : qAsConst(m_inherited))
-        ::fcntl(descriptor, F_SETFD, 0);
-}
-
-void HelperProgram::killAll()
-{
-    if (state() == NotRunning)
+    if (m_reports.content.size() >= static_cast<int>(sizeof m_report))
+        std::memcpy(&m_report, m_reports.content.constData(), sizeof m_report);
+    else if (!m_reports.pipe.isOpen())
+        m_report.status = SIGKILL; // so was the process between
+    else
         return;
-    ::kill(-static_cast<pid_t>(processId()), SIGKILL);
-    waitForFinished(deathPatience);
+    m_end = End::Reported;
+}
+
+void HelperProgram::Stream::takeWhatIsThere()
+{
+    if (!pipe.isOpen())
+        return;
+    QByteArray piece(::fcntl(pipe.number(), F_GETPIPE_SZ), Qt::Uninitialized);
+    const ssize_t length = ::read(pipe.number(), piece.data(), static_cast<size_t>(piece.size()));
+    if (length == 0)
+        pipe.close();
+    piece.truncate(static_cast<int>(qBound<ssize_t>(0, length, contentLimit - content.size())));
+    content += piece;
 }
 
 } // namespace aux

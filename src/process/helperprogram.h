@@ -3,52 +3,81 @@
 #define AUX_PROCESS_HELPERPROGRAM_H
 
 #include "error/reason.h"
+#include "fs/regularfile.h"
+#include "process/child.h"
 
-#include <QProcess>
-#include <QVector>
+#include <QStringList>
 
 #include <functional>
+#include <vector>
 
 namespace aux
 {
 
-/// A program that does not outlive this object or its process, nor does anything that it has
-/// started and that has not left its process group.
-class HelperProgram : public QProcess
+/// One run of a program, which ends with it: nothing that the program has started and that has not
+/// left its process group is left, also where the calling thread is killed.
+///
+/// It does not matter which signals the process blocks or ignores, nor who waits for its children.
+class HelperProgram
 {
 public:
-    HelperProgram();
-    ~HelperProgram() override;
-    HelperProgram(const HelperProgram &) = delete;
-    HelperProgram &operator=(const HelperProgram &) = delete;
-    HelperProgram(HelperProgram &&) = delete;
-    HelperProgram &operator=(HelperProgram &&) = delete;
+    /// How long it may run, in milliseconds; asked again while it does.
+    using Timeout = std::function<qint64()>;
+    /// Half a minute, and a second for each 256 KiB that it has to go through, which the slowest
+    /// terminal does in less.
+    static qint64 timeoutFor(qint64 bytes);
 
     /// Gives it a descriptor of this process for its input, which else is empty.
-    void setInput(int descriptor) { m_input = duplicate(descriptor); }
+    void setInput(int descriptor) { m_input = descriptor; }
     /// Gives it one for its output, which else is kept.
-    void setOutput(int descriptor) { m_output = duplicate(descriptor); }
-    /// Gives it one more, under the same number.
-    void inherit(int descriptor) { m_inherited += descriptor; }
+    void setOutput(int descriptor) { m_output = descriptor; }
+    /// Gives it one more, under the same number, which is none of a standard stream.
+    void inherit(int descriptor) { m_plan.inherited += descriptor; }
+    /// Sets a resource limit, RLIMIT_FSIZE or RLIMIT_DATA.
+    void limit(int resource, rlim_t bytes) { m_plan.limits += {resource, bytes}; }
 
-    /// Runs it until it exits, with whatever exit code. The reason where it did not: it is killed
-    /// when it has had half a minute, and a second for each 256 KiB, which the slowest terminal
-    /// does in less. `bytes` tells how much it has to go through, as far as is known by then.
-    Reason run(const QString &program, const QStringList &arguments,
-               const std::function<qint64()> &bytes);
+    /// Runs it until it exits, with whatever exit status. The reason where it did not: it could not
+    /// be started, was killed, or has had its time and is killed.
+    Reason run(
+        const QString &program, const QStringList &arguments,
+        const Timeout &timeout = [] { return timeoutFor(0); });
 
-protected:
-    void setupChildProcess() override;
+    bool hasTimedOut() const { return m_end == End::TimedOut; }
+    /// Returns whether it has exited with zero.
+    bool hasSucceeded() const;
+    /// Returns whether this signal has killed it.
+    bool wasKilledBy(int signal) const;
+
+    /// What it wrote to its standard streams, the first 8 MiB of each.
+    const QByteArray &output() const { return m_written.content; }
+    const QByteArray &errors() const { return m_complaints.content; }
 
 private:
+    enum class End { Unknown, Reported, TimedOut };
+
+    /// The read end of a pipe, and what came out of it.
+    struct Stream {
+        Descriptor pipe;
+        QByteArray content;
+        void takeWhatIsThere();
+    };
+
     int duplicate(int descriptor);
-    bool waitForEnd(const std::function<qint64()> &bytes);
-    void killAll();
+    int openPipe(Stream &stream);
+    int start(const QString &program, const QStringList &arguments);
+    void waitForEnd(const Timeout &timeout);
+    void takeReport();
 
     int m_input = -1;
     int m_output = -1;
-    QVector<int> m_inherited;
-    QVector<int> m_own; // closed in the end
+    ChildPlan m_plan;
+    std::vector<Descriptor> m_ends; // those that only the child is to have
+    Stream m_reports;
+    Stream m_written;
+    Stream m_complaints;
+    pid_t m_group = -1;
+    ChildReport m_report;
+    End m_end = End::Unknown;
 };
 
 } // namespace aux

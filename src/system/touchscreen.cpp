@@ -9,7 +9,7 @@ namespace aux
 namespace
 {
 
-constexpr int patienceMs = 2000;
+constexpr qint64 timeoutMs = 2000;
 
 } // namespace
 
@@ -17,14 +17,15 @@ bool SystemInfo::isTouchscreenDetected()
 {
     constexpr const char *operation = "isTouchscreenDetected";
     HelperProgram udevadm;
-    udevadm.start(QStringLiteral("udevadm"),
-                  {QStringLiteral("info"), QStringLiteral("--export-db")});
-    udevadm.waitForFinished(patienceMs); // deliberately no failure: see what it has written so far
-    if (udevadm.exitCode() != 0) {
+    // Deliberately a time-out is no failure: see what it has written so far.
+    static_cast<void>(udevadm.run(QStringLiteral("udevadm"),
+                                  {QStringLiteral("info"), QStringLiteral("--export-db")},
+                                  [] { return timeoutMs; }));
+    if (!udevadm.hasSucceeded() && !udevadm.hasTimedOut()) {
         debugLine(operation, ": touch screen ident process failed");
         return false;
     }
-    const bool detected = udevadm.readAllStandardOutput().contains("E: ID_INPUT_TOUCHSCREEN=1");
+    const bool detected = udevadm.output().contains("E: ID_INPUT_TOUCHSCREEN=1");
     if (!detected)
         debugLine(operation, ": touch screen not detected");
     return detected;

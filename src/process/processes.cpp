@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "process/processes.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QThread>
+
+#include <algorithm>
+#include <csignal>
+
+#include <unistd.h>
+
+namespace aux
+{
+
+namespace
+{
+
+constexpr int endTimeout = 2000;           // ms
+constexpr unsigned long pollInterval = 10; // ms
+
+/// Returns whether it has let go of everything; its parent may not have asked for it yet.
+bool hasEnded(pid_t process)
+{
+    QFile status(QStringLiteral("/proc/%1/stat").arg(process));
+    if (!status.open(QIODevice::ReadOnly))
+        return true;
+    const QByteArray fields = status.readAll(); // number, name in parentheses, state
+    return fields.mid(fields.lastIndexOf(')') + 2, 1) == "Z";
+}
+
+QByteArrayList commandLine(const QString &process)
+{
+    QFile file(process + QStringLiteral("/cmdline"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split('\0') : QByteArrayList();
+}
+
+} // namespace
+
+QVector<pid_t> processesWith(const QByteArray &option, const QByteArray &value)
+{
+    QVector<pid_t> found;
+    const QDir processes(QStringLiteral("/proc"));
+    const auto entries = processes.entryInfoList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+    for (const QFileInfo &entry : entries) {
+        if (entry.ownerId() != ::geteuid())
+            continue;
+        const QByteArrayList words = commandLine(entry.filePath());
+        const int position = words.indexOf(option);
+        if (position >= 0 && words.value(position + 1) == value)
+            found += entry.fileName().toInt();
+    }
+    return found;
+}
+
+bool endProcesses(const QVector<pid_t> &processes, int signal)
+{
+    for (const pid_t process : processes) {
+        if (!hasEnded(process))
+            ::kill(process, signal);
+    }
+    const QDeadlineTimer deadline(endTimeout);
+    while (!std::all_of(processes.begin(), processes.end(), hasEnded)) {
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(pollInterval);
+    }
+    return true;
+}
+
+} // namespace aux
