@@ -4,7 +4,6 @@
 #include "fs/storage.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <unistd.h>
 
