@@ -6,6 +6,7 @@
 #include <aux/export.h>
 
 #include <QHash>
+#include <QMap>
 #include <QMutex>
 #include <QObject>
 #include <QStringList>
@@ -207,12 +208,42 @@ public:
     ///   with "line <number>, column <number>: ", both counted from 1
     static Error findConfigFileFaults(const QString &fileName);
 
+    /// Takes a file into use: checks it and writes all of its settings to the settings file at
+    /// once. Where that changes any value one commit is counted, and a new snapshot is taken.
+    ///
+    /// The file is read once, so what is checked is what is written; other members of it, such as
+    /// "version", are left out. When the process is killed or the power fails, the settings file
+    /// holds either all of the old settings or all of the new ones. Fails, with nothing changed now
+    /// or later, with the failures of findConfigFileFaults, with 10001
+    /// "applyConfigFile: Failed to write to output file" or
+    /// "applyConfigFile: Failed to open file for writing", and before init() with 10001
+    /// "applyConfigFile: not initialized", which is a debug line too.
+    Error applyConfigFile(const QString &fileName);
+
+    /// Writes all settings, those that have their defaults too, to a file that applyConfigFile
+    /// takes. It holds the secrets: its mode is 0600. A file of that name is replaced.
+    ///
+    /// The file appears whole, and on the storage, or not at all. Fails with 10001
+    /// "writeConfigFile: Failed to open file for writing",
+    /// "writeConfigFile: Failed to write to output file", and before init()
+    /// "writeConfigFile: not initialized", which is a debug line too.
+    Error writeConfigFile(const QString &fileName) const;
+
+    /// Takes the settings of an area out of the settings file, so that they have their defaults,
+    /// in the way of applyConfigFile.
+    ///
+    /// Fails with 10001 "resetToDefaults: Failed to write to output file" or
+    /// "resetToDefaults: Failed to open file for writing", and before init()
+    /// "resetToDefaults: not initialized", which is a debug line too.
+    Error resetToDefaults(SettingsArea area);
+
 private:
     // The caller holds the mutex.
     bool _isInitialized(const char *operation) const;
     void _readSnapshot();
     void _writeSnapshot(SettingsArea area) const;
     ChangeState _changed(SettingsArea area) const;
+    Error _commitChanges(const char *operation, const QMap<SettingsCode, QVariant> &changes);
 
     mutable QMutex m_mutex;
     bool m_initialized = false;

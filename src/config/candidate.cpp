@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "config/candidate.h"
 #include "config/jsonformat.h"
+#include "fs/regularfile.h"
 
-#include <QFile>
 #include <QJsonDocument>
 
 #include <algorithm>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace aux
 {
@@ -16,19 +13,7 @@ namespace aux
 namespace
 {
 
-constexpr qint64 maximumSize = 1024 * 1024;
-
-/// Opens without waiting: a pipe that nobody writes to would block for ever.
-bool openRegularFile(QFile &file, const QString &path)
-{
-    const int descriptor =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    struct stat status {
-    };
-    return descriptor >= 0 &&
-           file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) &&
-           ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-}
+constexpr int maximumSize = 1024 * 1024;
 
 /// "line 3, column 7", both from 1, columns in characters.
 QString positionIn(const QByteArray &text, int offset)
@@ -53,18 +38,13 @@ QJsonObject parse(const QByteArray &text, QString &fault)
 
 QByteArray read(const QString &fileName, QString &fault)
 {
-    QFile file;
-    if (!openRegularFile(file, fileName)) {
-        fault = file.isOpen() ? QStringLiteral("no regular file")
-                              : QStringLiteral("it cannot be opened");
-        return {};
-    }
-    QByteArray text = file.read(maximumSize + 1);
-    if (file.error() != QFileDevice::NoError)
-        fault = QStringLiteral("it cannot be read");
-    else if (text.size() > maximumSize)
+    RegularFile file(fileName);
+    const auto text = file.openForReading() ? file.readUpTo(maximumSize + 1) : std::nullopt;
+    if (!text)
+        fault = file.cause();
+    else if (text->size() > maximumSize)
         fault = QStringLiteral("more than %1 bytes").arg(maximumSize);
-    return fault.isNull() ? text : QByteArray();
+    return fault.isNull() ? *text : QByteArray();
 }
 
 int longestKey()

@@ -57,7 +57,7 @@ void useSettingsFile()
     removeAbandonedLock(QSettings().fileName());
 }
 
-void changeSettings(const std::function<void(QSettings &)> &change)
+bool changeSettings(const std::function<void(QSettings &)> &change)
 {
     QSettings settings;
     removeAbandonedLock(settings.fileName());
@@ -67,6 +67,7 @@ void changeSettings(const std::function<void(QSettings &)> &change)
     settings.sync();
     // The new text is fsynced, its name is not yet.
     syncNames(present, file);
+    return settings.status() == QSettings::NoError;
 }
 
 } // namespace aux

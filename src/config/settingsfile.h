@@ -14,8 +14,8 @@ namespace aux
 void useSettingsFile();
 
 /// Applies changes to the settings file. When it returns they are on the storage, unless the
-/// write failed. Blocks while another process writes.
-void changeSettings(const std::function<void(QSettings &)> &change);
+/// write failed: it returns false. Blocks while another process writes.
+bool changeSettings(const std::function<void(QSettings &)> &change);
 
 } // namespace aux
 

@@ -90,6 +90,14 @@ Error chained(const QVector<Fault> &faults)
     return chain;
 }
 
+Error readFaultless(const QString &fileName, Candidate &candidate)
+{
+    if (!QFile::exists(fileName))
+        return noSuchFile();
+    candidate = readCandidate(fileName);
+    return chained(findFaults(candidate));
+}
+
 Error Configuration::validateConfigFile(const QString &fileName)
 {
     return QFile::exists(fileName) ? verdict(readCandidate(fileName)) : noSuchFile();
@@ -97,7 +105,8 @@ Error Configuration::validateConfigFile(const QString &fileName)
 
 Error Configuration::findConfigFileFaults(const QString &fileName)
 {
-    return QFile::exists(fileName) ? chained(findFaults(readCandidate(fileName))) : noSuchFile();
+    Candidate ignored;
+    return readFaultless(fileName, ignored);
 }
 
 } // namespace aux

@@ -20,6 +20,9 @@ QVector<Fault> findFaults(const Candidate &candidate);
 /// The faults as one chain; iterating it gives them in their order.
 Error chained(const QVector<Fault> &faults);
 
+/// Reads a candidate and fails with everything that is wrong with it, or where there is none.
+Error readFaultless(const QString &fileName, Candidate &candidate);
+
 } // namespace aux
 
 #endif

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "aux/configuration.h"
+#include "config/jsonformat.h"
+#include "config/settingschanges.h"
+#include "config/validation.h"
+#include "fs/newfile.h"
+
+#include <QJsonDocument>
+#include <QMutexLocker>
+
+namespace aux
+{
+
+namespace
+{
+
+const Reason notInitialized = QStringLiteral("not initialized");
+
+QVariant ofItsType(QVariant value, const Setting &setting)
+{
+    value.convert(static_cast<int>(setting.defaultValue.type()));
+    return value;
+}
+
+/// All settings, in the shape of the settings file.
+QByteArray completeText()
+{
+    const QSettings current;
+    QSettings::SettingsMap settings;
+    for (const Setting &setting : settingsCatalogue())
+        settings[setting.keyPath().mid(1)] =
+            ofItsType(current.value(setting.keyPath(), setting.defaultValue), setting);
+    return QJsonDocument(json::nest(settings)).toJson();
+}
+
+Reason writeNewFile(const QString &fileName, const QByteArray &text)
+{
+    NewFile file(fileName);
+    if (!file.open())
+        return reason::cannotCreate;
+    return file.write(text) && file.commit() ? Reason() : reason::cannotWrite;
+}
+
+SettingsChanges changesTo(const Candidate &candidate)
+{
+    SettingsChanges changes;
+    for (const Setting &setting : settingsCatalogue())
+        changes[setting.code] = ofItsType(candidate.value(setting), setting);
+    return changes;
+}
+
+SettingsChanges changesToDefaults(SettingsArea area)
+{
+    SettingsChanges changes;
+    for (const Setting &setting : settingsCatalogue()) {
+        if (setting.belongsTo(area))
+            changes[setting.code] = {};
+    }
+    return changes;
+}
+
+} // namespace
+
+Error Configuration::writeConfigFile(const QString &fileName) const
+{
+    constexpr const char *operation = "writeConfigFile";
+    const QMutexLocker locker(&m_mutex);
+    return outcome(operation, _isInitialized(operation) ? writeNewFile(fileName, completeText())
+                                                        : notInitialized);
+}
+
+Error Configuration::applyConfigFile(const QString &fileName)
+{
+    constexpr const char *operation = "applyConfigFile";
+    const QMutexLocker locker(&m_mutex);
+    if (!_isInitialized(operation))
+        return refuse(operation, notInitialized);
+    Candidate candidate;
+    Error faults = readFaultless(fileName, candidate);
+    return faults.hasError() ? faults : _commitChanges(operation, changesTo(candidate));
+}
+
+Error Configuration::resetToDefaults(SettingsArea area)
+{
+    constexpr const char *operation = "resetToDefaults";
+    const QMutexLocker locker(&m_mutex);
+    return _isInitialized(operation) ? _commitChanges(operation, changesToDefaults(area))
+                                     : refuse(operation, notInitialized);
+}
+
+Error Configuration::_commitChanges(const char *operation,
+                                    const QMap<SettingsCode, QVariant> &changes)
+{
+    const Reason reason = commitChanges(changes);
+    if (reason.isNone())
+        _readSnapshot();
+    return outcome(operation, reason);
+}
+
+} // namespace aux

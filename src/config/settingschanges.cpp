@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "config/settingschanges.h"
+#include "config/rules.h"
+#include "config/settingsfile.h"
+
+namespace aux
+{
+
+namespace
+{
+
+QString storedKey(const Setting &setting)
+{
+    return setting.keyPath().mid(1);
+}
+
+const QVariant &orDefault(const QVariant &value, const Setting &setting)
+{
+    return value.isValid() ? value : setting.defaultValue;
+}
+
+Error checkChange(const Setting &setting, const QVariant &value)
+{
+    return orDefault(value, setting).type() == setting.defaultValue.type()
+               ? checkValue(setting, orDefault(value, setting))
+               : wrongType(setting);
+}
+
+/// Wraps around: the file may hold any number.
+int successor(int number)
+{
+    return static_cast<int>(static_cast<unsigned int>(number) + 1U);
+}
+
+} // namespace
+
+Error checkChanges(const SettingsChanges &changes)
+{
+    bool isOneTogether = false;
+    for (auto change = changes.begin(); change != changes.end(); ++change) {
+        const Setting &setting = settingOf(change.key());
+        Error error = checkChange(setting, *change);
+        if (error.hasError())
+            return error;
+        isOneTogether |= isTogether(setting);
+    }
+    if (!isOneTogether)
+        return {};
+    const QSettings current;
+    return checkTogether([&](const Setting &setting) {
+        return changes.contains(setting.code)
+                   ? orDefault(changes[setting.code], setting)
+                   : current.value(setting.keyPath(), setting.defaultValue);
+    });
+}
+
+void countCommit(QSettings::SettingsMap &settings)
+{
+    QVariant &count = settings[QStringLiteral("config_changes")];
+    count = successor(count.toInt());
+}
+
+void applyChanges(const SettingsChanges &changes, QSettings::SettingsMap &settings)
+{
+    bool isChanged = false;
+    for (auto change = changes.begin(); change != changes.end(); ++change) {
+        const Setting &setting = settingOf(change.key());
+        const QString key = storedKey(setting);
+        isChanged |= settings.value(key, setting.defaultValue) != orDefault(*change, setting);
+        if (change->isValid())
+            settings[key] = *change;
+        else
+            settings.remove(key);
+    }
+    if (isChanged)
+        countCommit(settings);
+}
+
+Reason commitChanges(const SettingsChanges &changes)
+{
+    bool isWritten = changeSettings([&](QSettings &file) {
+        QSettings::SettingsMap settings;
+        for (const QString &key : file.allKeys())
+            settings[key] = file.value(key);
+        const QSettings::SettingsMap before = settings;
+        applyChanges(changes, settings);
+        for (auto setting = settings.begin(); setting != settings.end(); ++setting)
+            file.setValue(setting.key(), *setting);
+        for (auto setting = before.begin(); setting != before.end(); ++setting) {
+            if (!settings.contains(setting.key()))
+                file.remove(setting.key());
+        }
+    });
+    return isWritten ? Reason() : reason::cannotWrite;
+}
+
+} // namespace aux
