@@ -10,7 +10,6 @@ import subprocess
 import unittest
 
 AUXCTL = os.environ["AUXCTL"]
-LIBRARIES = os.environ["LD_LIBRARY_PATH"]
 DATA = pathlib.Path("/data")
 TMP = pathlib.Path("/tmp")
 NEW = DATA / "zel/rk4/new"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "command.h"
 
-#include <climits>
+#include <algorithm>
 
 namespace auxctl
 {
@@ -9,24 +9,59 @@ namespace auxctl
 namespace
 {
 
-QStringList words(const char *arguments)
+std::vector<Command> &table()
 {
-    return QString(arguments).split(' ', Qt::SkipEmptyParts);
+    static std::vector<Command> rows;
+    return rows;
 }
 
 } // namespace
 
-int Command::minimumArguments() const
+constexpr Switch jsonOption{"json", "Print one JSON document"};
+constexpr Switch debugOption{"debug", "Print the library's diagnostic lines to standard error"};
+constexpr Switch helpOption{"h|help", "Print help"};
+constexpr Switch versionOption{"version", "Print the version"};
+constexpr Switch yesOption{"yes", "Do not ask"};
+
+Registration::Registration(Command command)
 {
-    int count = 0;
-    for (const QString &word : words(arguments))
-        count += word.startsWith('[') ? 0 : 1;
-    return count;
+    const auto isBefore = [](const Command &a, const Command &b) {
+        return qstrcmp(a.name, b.name) < 0;
+    };
+    const auto place = std::upper_bound(table().begin(), table().end(), command, isBefore);
+    table().insert(place, std::move(command));
 }
 
-int Command::maximumArguments() const
+const std::vector<Command> &commands()
 {
-    return QString(arguments).contains("...") ? INT_MAX : words(arguments).size();
+    return table();
+}
+
+const std::vector<const Option *> &commonOptions()
+{
+    static const std::vector<const Option *> options{&jsonOption, &debugOption, &helpOption,
+                                                     &versionOption};
+    return options;
+}
+
+std::vector<const Option *> Command::allOptions() const
+{
+    std::vector<const Option *> all = options;
+    if (warning != nullptr)
+        all.push_back(&yesOption);
+    return all;
+}
+
+void Command::checkArguments(const QStringList &given) const
+{
+    const QStringList words = QString(arguments).split(' ', Qt::SkipEmptyParts);
+    const auto least = std::count_if(words.begin(), words.end(),
+                                     [](const QString &word) { return !word.startsWith('['); });
+    const bool isOpen = !words.isEmpty() && words.last().contains("...");
+    if (given.size() < least || (given.size() > words.size() && !isOpen))
+        misuse(QStringLiteral("usage: auxctl %1 %2").arg(name, arguments));
+    if (given.contains(QString()))
+        misuse("an argument is empty");
 }
 
 } // namespace auxctl

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 
-#include "command.h"
 #include "confirm.h"
 #include "help.h"
-#include "nearest.h"
 
 #include <aux/systeminfo.h>
 
 #include <algorithm>
-#include <memory>
 
 namespace auxctl
 {
@@ -37,91 +34,66 @@ const Command *takeCommand(QStringList &arguments)
     return nullptr;
 }
 
-Outcome unknownCommand(const QStringList &arguments)
+[[noreturn]] void misuseCommand(const QStringList &arguments)
 {
     QStringList words;
     std::copy_if(arguments.begin(), arguments.end(), std::back_inserter(words),
                  [](const QString &argument) { return !isOption(argument); });
     if (words.isEmpty())
-        return misused("no command given, see auxctl --help");
+        misuse("no command given, see auxctl --help");
     QStringList names;
     for (const Command &command : commands())
         names += command.name;
-    return unknown("command", words.mid(0, 2).join(' '), names);
+    misuseUnknown("command", words.mid(0, 2).join(' '), names);
 }
 
-void declare(QCommandLineParser &parser, const std::vector<Option> &options)
+void declare(QCommandLineParser &parser, const std::vector<const Option *> &options)
 {
-    for (const Option &option : options)
+    for (const Option *option : options)
         parser.addOption(
-            QCommandLineOption(QString(option.name).split('|'), option.summary, option.value));
-}
-
-std::shared_ptr<QCommandLineParser> makeParser(const Command *command)
-{
-    auto parser = std::make_shared<QCommandLineParser>();
-    declare(*parser, commonOptions());
-    if (command == nullptr)
-        return parser;
-    declare(*parser, command->options);
-    if (command->warning != nullptr)
-        declare(*parser, {yesOption});
-    return parser;
-}
-
-Outcome runCommand(const Command &command, const QCommandLineParser &parser)
-{
-    const QStringList arguments = parser.positionalArguments();
-    if (arguments.size() < command.minimumArguments() ||
-        arguments.size() > command.maximumArguments())
-        return misused(QStringLiteral("usage: auxctl %1 %2").arg(command.name, command.arguments));
-    if (arguments.contains(QString()))
-        return misused("an argument is empty");
-    const Invocation invocation{arguments,
-                                [&parser](const QString &name) { return parser.value(name); },
-                                [&parser](const QString &name) { return parser.isSet(name); }};
-    if (command.warning != nullptr && !invocation.isSet(yesOption.name)) {
-        Outcome refused = confirm(command.warning);
-        if (refused.status != ExitStatus::Done)
-            return refused;
-    }
-    return command.run(invocation);
-}
-
-Outcome dispatch(const Command *command, const QCommandLineParser &parser, bool parsed,
-                 const QStringList &rest)
-{
-    if (parser.isSet("help"))
-        return plainText(command == nullptr ? overview() : helpFor(*command));
-    if (parser.isSet("version"))
-        return plainText("auxctl " + aux::SystemInfo::getVersion());
-    if (command == nullptr)
-        return unknownCommand(rest);
-    if (!parsed)
-        return misused(parser.errorText());
-    return runCommand(*command, parser);
-}
-
-/// What the result stands under in JSON.
-QString keyOf(const Command *command, const QCommandLineParser &parser)
-{
-    for (const char *option : {"help", "version"}) {
-        if (parser.isSet(option))
-            return option;
-    }
-    return command == nullptr ? QString() : command->key;
+            QCommandLineOption(QString(option->name).split('|'), option->summary, option->value));
 }
 
 } // namespace
 
-Call parse(const QStringList &arguments)
+CommandLine::CommandLine(QStringList arguments)
+    : m_rest(std::move(arguments)), m_command(takeCommand(m_rest))
 {
-    QStringList rest = arguments;
-    const Command *command = takeCommand(rest);
-    const auto parser = makeParser(command);
-    const bool parsed = parser->parse(QStringList("auxctl") + rest);
-    const Format format{parser->isSet("json"), keyOf(command, *parser), parser->isSet("debug")};
-    return {[=] { return dispatch(command, *parser, parsed, rest); }, format};
+    // Else "-h.bin" would be taken for the switch h and four more.
+    m_parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    declare(m_parser, commonOptions());
+    if (m_command != nullptr)
+        declare(m_parser, m_command->allOptions());
+    m_isParsed = m_parser.parse(QStringList("auxctl") + m_rest);
+}
+
+QString CommandLine::key() const
+{
+    if (has(helpOption))
+        return QStringLiteral("help");
+    if (has(versionOption))
+        return QStringLiteral("version");
+    return m_command == nullptr ? QString() : m_command->key;
+}
+
+Result CommandLine::run() const
+{
+    if (!m_isParsed) {
+        if (m_command == nullptr)
+            misuseCommand(m_rest);
+        misuse(m_parser.errorText());
+    }
+    if (has(helpOption))
+        return plainText(m_command == nullptr ? overview() : helpFor(*m_command));
+    if (has(versionOption))
+        return plainText("auxctl " + aux::SystemInfo::getVersion());
+    if (m_command == nullptr)
+        misuseCommand(m_rest);
+    const Call call(m_parser);
+    m_command->checkArguments(call.arguments());
+    if (m_command->warning != nullptr && !call.has(yesOption))
+        confirm(m_command->warning);
+    return m_command->run(call);
 }
 
 } // namespace auxctl

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "confirm.h"
 
+#include "failure.h"
+
 #include <iostream>
 #include <string>
 
@@ -9,14 +11,15 @@
 namespace auxctl
 {
 
-Outcome confirm(const QString &warning)
+void confirm(const char *warning)
 {
     if (isatty(STDIN_FILENO) == 0 || isatty(STDERR_FILENO) == 0)
-        return misused(warning + " Without a terminal to ask, say --yes.");
-    std::cerr << warning.toStdString() << " Go on? [y/N] ";
+        misuse(QStringLiteral("%1 Without a terminal to ask, say --yes.").arg(warning));
+    std::cerr << warning << " Go on? [y/N] ";
     std::string answer;
     std::getline(std::cin, answer);
-    return answer == "y" || answer == "yes" ? Outcome() : misused("nothing was done");
+    if (answer != "y" && answer != "yes")
+        misuse("nothing was done");
 }
 
 } // namespace auxctl

@@ -2,13 +2,11 @@
 #ifndef AUXCTL_CONFIRM_H
 #define AUXCTL_CONFIRM_H
 
-#include "outcome.h"
-
 namespace auxctl
 {
 
-/// Asks on the terminal whether to go on; Usage where there is no terminal to ask, or no yes.
-Outcome confirm(const QString &warning);
+/// Asks on the terminal whether to go on; a misuse where there is no terminal to ask, or no yes.
+void confirm(const char *warning);
 
 } // namespace auxctl
 

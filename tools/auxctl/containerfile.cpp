@@ -8,13 +8,19 @@
 namespace auxctl
 {
 
-aux::Error checkNameOption(const Invocation &invocation)
+namespace
 {
-    const QString name = invocation.value("name");
-    if (!invocation.isSet("name") || aux::container::isPlainName(name))
-        return {};
-    return problem(QStringLiteral("\"%1\" is no file name").arg(name), ExitStatus::Usage);
+
+QString plainName(const QString &name)
+{
+    if (!aux::container::isPlainName(name))
+        misuse(QStringLiteral("\"%1\" is no file name").arg(name));
+    return name;
 }
+
+} // namespace
+
+constexpr ValueOption<QString> fileNameOption{"name", "NAME", "Use this file name", plainName};
 
 QString typeName(aux::container::Type type)
 {
@@ -31,25 +37,25 @@ QStringList typeNames()
 
 aux::container::Type typeFromName(const QString &name)
 {
-    return aux::container::typeOfTag(name.toUpper().toLatin1());
+    const auto type = aux::container::typeOfTag(name.toUpper().toLatin1());
+    if (type == aux::container::Type::Unknown)
+        misuseUnknown("type", name, typeNames());
+    return type;
 }
 
 ContainerFile::ContainerFile(const QString &path) : m_file(path)
 {
-    if (!m_file.open(QIODevice::ReadOnly)) {
-        m_error = fileProblem("open", m_file);
-        return;
-    }
+    if (!m_file.open(QIODevice::ReadOnly))
+        failOn("open", m_file);
     const uchar *mapping = m_file.size() < aux::container::minimumSize
                                ? nullptr
                                : m_file.map(0, m_file.size()); // only the header's pages are read
     const char *data = reinterpret_cast<const char *>(mapping);
     const auto header =
         data == nullptr ? std::nullopt : aux::container::parseHeader(data, m_file.size());
-    if (header && header->type != aux::container::Type::Unknown)
-        m_header = *header;
-    else
-        m_error = problem(QStringLiteral("%1 is no container").arg(path));
+    if (!header || header->type == aux::container::Type::Unknown)
+        fail(QStringLiteral("%1 is no container").arg(path));
+    m_header = *header;
 }
 
 bool ContainerFile::isComplete() const

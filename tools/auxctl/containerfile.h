@@ -14,10 +14,9 @@ namespace auxctl
 class ContainerFile
 {
 public:
+    /// Fails where it cannot be read, or is no container.
     explicit ContainerFile(const QString &path);
 
-    /// Why it is no container.
-    [[nodiscard]] const aux::Error &error() const { return m_error; }
     [[nodiscard]] const aux::container::Header &header() const { return m_header; }
     [[nodiscard]] bool isComplete() const;
     /// Reads the payload, all of which must be there, and compares its digest with the header's.
@@ -29,17 +28,16 @@ public:
 private:
     QFile m_file;
     aux::container::Header m_header;
-    aux::Error m_error;
 };
 
-/// Refuses the option --name where it is no name of a file in a directory.
-aux::Error checkNameOption(const Invocation &invocation);
+/// The name of a file in a directory, for the one that is stored or unpacked.
+extern const ValueOption<QString> fileNameOption;
 
 /// The name of a known type.
 QString typeName(aux::container::Type type);
 /// The names of all types, in their order.
 QStringList typeNames();
-/// The type of this name; Unknown for other names.
+/// The type of this name, in letters of any case; a misuse where it is none.
 aux::container::Type typeFromName(const QString &name);
 
 } // namespace auxctl

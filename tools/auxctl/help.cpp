@@ -27,28 +27,20 @@ QString spelled(const Option &option)
     return option.value == nullptr ? name : name + ' ' + option.value;
 }
 
-std::vector<Option> optionsOf(const Command &command)
-{
-    std::vector<Option> options = command.options;
-    if (command.warning != nullptr)
-        options.push_back(yesOption);
-    return options;
-}
-
-QString optionLines(const std::vector<Option> &options)
+QString optionLines(const std::vector<const Option *> &options)
 {
     QVector<QStringList> rows;
-    for (const Option &option : options)
-        rows += {"  " + spelled(option), option.summary};
+    for (const Option *option : options)
+        rows += {"  " + spelled(*option), option->summary};
     return alignedText(rows);
 }
 
 QString completionCase(const Command &command)
 {
     QStringList words;
-    for (const std::vector<Option> &options : {optionsOf(command), commonOptions()}) {
-        for (const Option &option : options)
-            words += longName(option);
+    for (const std::vector<const Option *> &options : {command.allOptions(), commonOptions()}) {
+        for (const Option *option : options)
+            words += longName(*option);
     }
     return QStringLiteral("        \"%1\"*) words=\"%2\" ;;").arg(command.name, words.join(' '));
 }
@@ -63,9 +55,9 @@ QString manualEntry(const Command &command)
     QString entry =
         QStringLiteral(".TP\n.B %1\n%2.\n.br\nJSON: {\"%3\": %4}\n")
             .arg(troff(callOf(command)), troff(command.summary), command.key, troff(command.shape));
-    for (const Option &option : optionsOf(command))
-        entry +=
-            QStringLiteral(".br\n.B %1\n%2.\n").arg(troff(spelled(option)), troff(option.summary));
+    for (const Option *option : command.allOptions())
+        entry += QStringLiteral(".br\n.B %1\n%2.\n")
+                     .arg(troff(spelled(*option)), troff(option->summary));
     return entry;
 }
 
@@ -93,7 +85,7 @@ QString helpFor(const Command &command)
 {
     const QString json = QStringLiteral("JSON: {\"%1\": %2}").arg(command.key, command.shape);
     QStringList parts{callOf(command), command.summary, optionLines(commonOptions()), json};
-    const QString own = optionLines(optionsOf(command));
+    const QString own = optionLines(command.allOptions());
     if (!own.isEmpty())
         parts.insert(2, own);
     return parts.join(QStringLiteral("\n\n"));
@@ -119,24 +111,14 @@ QString manualPage()
     for (const Command &command : commands())
         entries += manualEntry(command);
     QString common;
-    for (const Option &option : commonOptions())
-        common +=
-            QStringLiteral(".TP\n.B %1\n%2.\n").arg(troff(spelled(option)), troff(option.summary));
+    for (const Option *option : commonOptions())
+        common += QStringLiteral(".TP\n.B %1\n%2.\n")
+                      .arg(troff(spelled(*option)), troff(option->summary));
     return resource("auxctl.1")
         .replace("@VERSION@", aux::SystemInfo::getVersion())
         .replace("@COMMANDS@", entries)
         .replace("@OPTIONS@", common)
         .trimmed();
-}
-
-Outcome plainText(const QString &text)
-{
-    return {ExitStatus::Done, {}, text, text};
-}
-
-Outcome report(aux::Error error, const char *done)
-{
-    return error.hasError() ? failed(std::move(error)) : plainText(done);
 }
 
 } // namespace auxctl

@@ -16,10 +16,6 @@ QString bashCompletion();
 /// The manual page, in troff.
 QString manualPage();
 
-Outcome plainText(const QString &text);
-/// The failure, or what was done where there is none.
-Outcome report(aux::Error error, const char *done);
-
 } // namespace auxctl
 
 #endif

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "location.h"
 
+#include "failure.h"
 #include "fs/datadirectories.h"
-#include "nearest.h"
 
 namespace auxctl
-{
-
-namespace
 {
 
 QStringList locationNames()
@@ -18,14 +15,12 @@ QStringList locationNames()
     return names;
 }
 
-} // namespace
-
-Outcome withLocation(const QString &name, const std::function<Outcome(aux::DirLocation)> &function)
+aux::DirLocation locationFromName(const QString &name)
 {
     const aux::DirLocation location = aux::FsHelper::dirLocationFromString(name);
     if (location == aux::DirLocation::Invalid)
-        return unknown("location", name, locationNames());
-    return function(location);
+        misuseUnknown("location", name, locationNames());
+    return location;
 }
 
 } // namespace auxctl

@@ -2,17 +2,17 @@
 #ifndef AUXCTL_LOCATION_H
 #define AUXCTL_LOCATION_H
 
-#include "outcome.h"
-
 #include <aux/fshelper.h>
 
-#include <functional>
+#include <QStringList>
 
 namespace auxctl
 {
 
-/// Runs the function with the location of this name; Usage with the nearest name where it is none.
-Outcome withLocation(const QString &name, const std::function<Outcome(aux::DirLocation)> &function);
+QStringList locationNames();
+
+/// The location of this name; a misuse with the nearest name where it is none.
+aux::DirLocation locationFromName(const QString &name);
 
 } // namespace auxctl
 

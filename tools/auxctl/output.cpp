@@ -31,21 +31,6 @@ QJsonArray toJson(const aux::Error &error)
     return chain;
 }
 
-QByteArray document(const Outcome &outcome, const QString &key)
-{
-    const QJsonObject object = outcome.error.hasError()
-                                   ? QJsonObject{{"error", toJson(outcome.error)}}
-                                   : QJsonObject{{key, outcome.json}};
-    return QJsonDocument(object).toJson();
-}
-
-QByteArray result(const Outcome &outcome, const Format &format)
-{
-    if (format.isJson)
-        return document(outcome, format.key);
-    return outcome.text.isEmpty() ? QByteArray() : outcome.text.toUtf8() + '\n';
-}
-
 /// This program's own errors the way programs put them, those of the library as it prints them.
 void printError(const aux::Error &error)
 {
@@ -58,12 +43,32 @@ void printError(const aux::Error &error)
     std::cerr << (colour ? "\033[31m" : "") << chain.str() << (colour ? "\033[0m" : "") << '\n';
 }
 
+void printDiagnostics()
+{
+    for (const QString &line : takeDiagnostics())
+        std::cerr << line.toStdString() << '\n';
+}
+
 bool writeAll(const QByteArray &bytes)
 {
     std::signal(SIGPIPE, SIG_DFL); // QProcess ignores it; a reader that has enough is no failure
     const auto size = static_cast<std::size_t>(bytes.size());
     return std::fwrite(bytes.constData(), 1, size, standardOutput()) == size &&
            std::fflush(standardOutput()) == 0;
+}
+
+QByteArray document(const QString &key, const QJsonValue &value)
+{
+    return QJsonDocument(QJsonObject{{key, value}}).toJson();
+}
+
+/// The status, once what goes with it is on standard output.
+ExitStatus afterWriting(const QByteArray &bytes, ExitStatus status)
+{
+    if (writeAll(bytes))
+        return status;
+    std::cerr << ownDomain << ": cannot write to standard output\n";
+    return ExitStatus::Failed;
 }
 
 } // namespace
@@ -85,20 +90,22 @@ bool errorTakesColour()
     return isatty(STDERR_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR");
 }
 
-ExitStatus print(const Outcome &outcome, const Format &format)
+ExitStatus print(const Result &result, const Format &format)
 {
-    const QStringList diagnostics = takeDiagnostics();
-    if (format.showsDiagnostics || outcome.status == ExitStatus::No) {
-        for (const QString &line : diagnostics)
-            std::cerr << line.toStdString() << '\n';
-    }
-    if (outcome.error.hasError())
-        printError(outcome.error);
-    if (!writeAll(result(outcome, format))) {
-        printError(problem(QStringLiteral("cannot write to standard output")));
-        return ExitStatus::Failed;
-    }
-    return outcome.status;
+    if (format.showsDiagnostics || result.isNo)
+        printDiagnostics();
+    const QByteArray text = result.text.isEmpty() ? QByteArray() : result.text.toUtf8() + '\n';
+    return afterWriting(format.isJson ? document(format.key, result.json) : text,
+                        result.isNo ? ExitStatus::No : ExitStatus::Done);
+}
+
+ExitStatus print(const Failure &failure, const Format &format)
+{
+    if (format.showsDiagnostics || failure.status == ExitStatus::No)
+        printDiagnostics();
+    printError(failure.error);
+    return afterWriting(format.isJson ? document("error", toJson(failure.error)) : QByteArray(),
+                        failure.status);
 }
 
 } // namespace auxctl

@@ -2,7 +2,8 @@
 #ifndef AUXCTL_OUTPUT_H
 #define AUXCTL_OUTPUT_H
 
-#include "outcome.h"
+#include "failure.h"
+#include "result.h"
 
 #include <cstdio>
 
@@ -15,12 +16,14 @@ struct Format {
     bool showsDiagnostics = false;
 };
 
-/// Prints the outcome; the exit status of the program, which is Failed where printing fails.
+/// Prints a result or a failure; the exit status of the program, which is Failed where printing
+/// fails.
 ///
 /// Standard output gets the result, or with JSON one document: {KEY: RESULT} or {"error": [...]}.
 /// Standard error gets the chain of a failure, newest first, the reason of an answer no, and the
 /// library's diagnostic lines where they are asked for.
-ExitStatus print(const Outcome &outcome, const Format &format);
+ExitStatus print(const Result &result, const Format &format);
+ExitStatus print(const Failure &failure, const Format &format);
 
 /// Where the result goes. Standard output itself leads to standard error after divertOutput(), so
 /// that what the programs print which the library runs does not get into the result.

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "settings.h"
 
-#include "nearest.h"
-
 #include <aux/fshelper.h>
 
 #include <QCoreApplication>
@@ -31,41 +29,53 @@ QStringList applications()
     return names;
 }
 
+/// The one of --app, else the only one there is, else aux/terminal.
+QString applicationOf(const Call &call)
+{
+    if (const auto application = call.value(applicationOption))
+        return *application;
+    const QStringList candidates = applications();
+    if (candidates.size() > 1)
+        misuse(QStringLiteral("several settings files, choose one with --app: %1")
+                   .arg(candidates.join(", ")));
+    return candidates.isEmpty() ? QStringLiteral("aux/terminal") : candidates.first();
+}
+
 /// Makes the settings of ORG/NAME those of this process.
-bool selectApplication(const QString &application)
+void selectApplication(const QString &application)
 {
     const QStringList names = application.split('/');
     if (names.size() != 2 || names.contains(QString()) || names.contains("..") ||
         names.contains("."))
-        return false;
+        misuse(QStringLiteral("\"%1\" is no ORG/NAME").arg(application));
     QCoreApplication::setOrganizationName(names[0]);
     QCoreApplication::setApplicationName(names[1]);
-    return true;
 }
 
 /// Fails where there is a settings file that says nothing: its settings would look like defaults,
 /// and the next write would replace it.
-aux::Error checkFile(const QString &path)
+void checkFile(const QString &path)
 {
     QFile file(path);
     if (!file.exists())
-        return {};
+        return;
     if (!file.open(QIODevice::ReadOnly))
-        return fileProblem("open", file);
+        failOn("open", file);
     if (!QJsonDocument::fromJson(file.readAll()).isObject())
-        return problem(QStringLiteral("%1 holds no JSON object").arg(path));
-    return {};
+        fail(QStringLiteral("%1 holds no JSON object").arg(path));
 }
 
 } // namespace
+
+constexpr ValueOption<QString> applicationOption{
+    "app", "ORG/NAME", "The application whose settings are meant", anyText};
 
 QString keyPath(const QString &key)
 {
     return key.startsWith('/') ? key : '/' + key;
 }
 
-Outcome withSettings(const QStringList &keys,
-                     const std::function<Outcome(const QVector<Setting> &)> &function)
+QVector<Setting> settingsOf(const QStringList &keys)
 {
     const QVector<Setting> &all = aux::settingsCatalogue();
     QVector<Setting> chosen;
@@ -75,30 +85,18 @@ Outcome withSettings(const QStringList &keys,
             QStringList known;
             std::transform(all.begin(), all.end(), std::back_inserter(known),
                            [](const Setting &other) { return other.keyPath(); });
-            return unknown("setting", key, known);
+            misuseUnknown("setting", key, known);
         }
         chosen += *setting;
     }
-    return function(keys.isEmpty() ? all : chosen);
+    return keys.isEmpty() ? all : chosen;
 }
 
-Outcome withConfiguration(const Invocation &invocation,
-                          const std::function<Outcome(aux::Configuration &)> &function)
+void open(aux::Configuration &configuration, const Call &call)
 {
-    QString application = invocation.value("app");
-    if (!invocation.isSet("app")) {
-        const QStringList candidates = applications();
-        if (candidates.size() > 1)
-            return misused(QStringLiteral("several settings files, choose one with --app: %1")
-                               .arg(candidates.join(", ")));
-        application = candidates.isEmpty() ? QStringLiteral("aux/terminal") : candidates.first();
-    }
-    if (!selectApplication(application))
-        return misused(QStringLiteral("\"%1\" is no ORG/NAME").arg(application));
-    aux::Configuration configuration;
+    selectApplication(applicationOf(call));
     configuration.init();
-    aux::Error error = checkFile(configuration.getFileName());
-    return error.hasError() ? failed(std::move(error)) : function(configuration);
+    checkFile(configuration.getFileName());
 }
 
 QJsonValue shownValue(const Setting &setting, const QVariant &value, bool reveal)

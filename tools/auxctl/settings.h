@@ -5,8 +5,6 @@
 #include "command.h"
 #include "config/catalogue.h"
 
-#include <functional>
-
 namespace auxctl
 {
 
@@ -15,15 +13,16 @@ using aux::Setting;
 /// A key as the catalogue has it; the leading "/" may be missing.
 QString keyPath(const QString &key);
 
-/// Runs the function with the settings of these keys, of all without any; Usage with the nearest
-/// key where one is unknown.
-Outcome withSettings(const QStringList &keys,
-                     const std::function<Outcome(const QVector<Setting> &)> &function);
+/// The settings of these keys, all without any; a misuse with the nearest key where one is unknown.
+QVector<Setting> settingsOf(const QStringList &keys);
 
-/// Runs the function with the settings file of the application that the call means: of --app, else
-/// of the only one there is, else of aux/terminal. Usage where there are several.
-Outcome withConfiguration(const Invocation &invocation,
-                          const std::function<Outcome(aux::Configuration &)> &function);
+/// The application whose settings are meant.
+extern const ValueOption<QString> applicationOption;
+
+/// Makes the settings file those of the process that the call means: the one of --app, else the
+/// only one there is, else that of aux/terminal. A misuse where there are several; fails where the
+/// file says nothing.
+void open(aux::Configuration &configuration, const Call &call);
 
 /// What stands for a value that is kept secret.
 QJsonValue shownValue(const Setting &setting, const QVariant &value, bool reveal);

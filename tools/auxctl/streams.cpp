@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "streams.h"
 
+#include "command.h"
 #include "output.h"
 
 #include <QFile>
@@ -39,38 +40,37 @@ bool copy(const QString &path, const char *mode, std::FILE *stream)
     return std::fclose(file) == 0 && copied;
 }
 
-aux::Error noTemporaryDirectory(const QTemporaryDir &directory)
+std::unique_ptr<QTemporaryDir> temporaryDirectory()
 {
-    return problem(QStringLiteral("cannot make a temporary directory: ") + directory.errorString());
+    auto directory = std::make_unique<QTemporaryDir>();
+    if (!directory->isValid())
+        fail(QStringLiteral("cannot make a temporary directory: ") + directory->errorString());
+    return directory;
 }
 
 } // namespace
 
-Outcome withInput(const QString &argument, const std::function<Outcome(const QString &)> &function,
-                  const QString &name)
+Input::Input(const QString &argument, const QString &name) : m_path(argument)
 {
     const bool isStream = argument == standardStream;
     if (!isStream && name.isEmpty())
-        return function(argument);
-    const QTemporaryDir directory;
-    if (!directory.isValid())
-        return failed(noTemporaryDirectory(directory));
-    const QString path = directory.filePath(name.isEmpty() ? QStringLiteral("stdin") : name);
-    const bool made = isStream ? copy(path, "wb", stdin)
-                               : QFile::link(QFileInfo(argument).absoluteFilePath(), path);
-    return made ? function(path) : failed(QStringLiteral("cannot take over %1").arg(argument));
+        return;
+    m_directory = temporaryDirectory();
+    m_path = m_directory->filePath(name.isEmpty() ? QStringLiteral("stdin") : name);
+    const bool made = isStream ? copy(m_path, "wb", stdin)
+                               : QFile::link(QFileInfo(argument).absoluteFilePath(), m_path);
+    if (!made)
+        fail(QStringLiteral("cannot take over %1").arg(argument));
 }
 
-OutputPlace::OutputPlace(const Invocation &invocation, int index, const QString &fallback)
-    : m_argument(invocation.argument(index, fallback))
+OutputPlace::OutputPlace(const Call &call, int index, const QString &fallback)
+    : m_argument(call.argument(index, fallback))
 {
     if (m_argument != standardStream)
         return;
-    if (invocation.isSet("json"))
-        m_error = problem("standard output takes either the file or --json", ExitStatus::Usage);
-    m_directory = std::make_unique<QTemporaryDir>();
-    if (!m_directory->isValid())
-        m_error = noTemporaryDirectory(*m_directory);
+    if (call.has(jsonOption))
+        misuse("standard output takes either the file or --json");
+    m_directory = temporaryDirectory();
 }
 
 QString OutputPlace::directory() const
@@ -83,12 +83,13 @@ QString OutputPlace::file() const
     return isStandardOutput() ? m_directory->filePath(QStringLiteral("stdout")) : m_argument;
 }
 
-Outcome OutputPlace::deliver(const QString &path, Outcome outcome) const
+Result OutputPlace::deliver(const QString &path, Result result) const
 {
     if (!isStandardOutput())
-        return outcome;
-    return copy(path, "rb", standardOutput()) ? Outcome()
-                                              : failed("cannot write to standard output");
+        return result;
+    if (!copy(path, "rb", standardOutput()))
+        fail("cannot write to standard output");
+    return {};
 }
 
 } // namespace auxctl

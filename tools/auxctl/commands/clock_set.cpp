@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
+#include "command.h"
 #include "diagnostics.h"
-#include "help.h"
 
 #include <aux/systemhelper.h>
 
@@ -10,16 +9,30 @@
 namespace auxctl
 {
 
-Outcome clockSet(const Invocation &invocation)
+namespace
 {
-    const QDateTime time = QDateTime::fromString(invocation.argument(0), Qt::ISODate);
+
+Result setClock(const Call &call)
+{
+    const QDateTime time = QDateTime::fromString(call.argument(0), Qt::ISODate);
     if (!time.isValid())
-        return misused(QStringLiteral("\"%1\" is no time as 2026-01-31T12:00:00Z")
-                           .arg(invocation.argument(0)));
+        misuse(QStringLiteral("\"%1\" is no time as 2026-01-31T12:00:00Z").arg(call.argument(0)));
     aux::SystemHelper::setSystemTime(time);
     const QStringList reasons = takeDiagnostics(); // the only trace of a failure
-    return reasons.isEmpty() ? plainText(time.toUTC().toString(Qt::ISODate))
-                             : failed(reasons.join(' '));
+    if (!reasons.isEmpty())
+        fail(reasons.join(' '));
+    return plainText(time.toUTC().toString(Qt::ISODate));
 }
+
+const Registration row{{"clock set",
+                        "TIME",
+                        "clock",
+                        "text",
+                        "Set system and hardware clock, as 2026-01-31T12:00:00Z",
+                        {},
+                        setClock,
+                        "This sets the clock of the terminal."}};
+
+} // namespace
 
 } // namespace auxctl

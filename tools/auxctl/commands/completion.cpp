@@ -1,13 +1,20 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
 #include "help.h"
 
 namespace auxctl
 {
 
-Outcome completion(const Invocation &)
+namespace
+{
+
+Result completion(const Call &)
 {
     return plainText(bashCompletion());
 }
+
+const Registration row{
+    {"completion", "", "script", "text", "Print the completion script for bash", {}, completion}};
+
+} // namespace
 
 } // namespace auxctl

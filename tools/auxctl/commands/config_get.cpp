@@ -1,18 +1,29 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
 #include "settings.h"
 
 namespace auxctl
 {
 
-Outcome configGet(const Invocation &invocation)
+namespace
 {
-    return withSettings(invocation.arguments, [&](const QVector<Setting> &settings) {
-        return withConfiguration(invocation, [&](aux::Configuration &configuration) {
-            const QVariant value = configuration.getValue(settings.first().code);
-            return Outcome{ExitStatus::Done, {}, QJsonValue::fromVariant(value), value.toString()};
-        });
-    });
+
+Result getSetting(const Call &call)
+{
+    const Setting setting = settingsOf(call.arguments()).first();
+    aux::Configuration configuration;
+    open(configuration, call);
+    const QVariant value = configuration.getValue(setting.code);
+    return {QJsonValue::fromVariant(value), value.toString()};
 }
+
+const Registration row{{"config get",
+                        "KEY",
+                        "value",
+                        "value",
+                        "Print the value of a setting",
+                        {&applicationOption},
+                        getSetting}};
+
+} // namespace
 
 } // namespace auxctl

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
 #include "settings.h"
 
 #include <QJsonArray>
@@ -90,9 +89,7 @@ QJsonArray someOn()
     return choices;
 }
 
-} // namespace
-
-Outcome configSchema(const Invocation &)
+Result printSchema(const Call &)
 {
     QJsonObject schema = emptyObject();
     for (const Setting &setting : aux::settingsCatalogue()) {
@@ -103,7 +100,17 @@ Outcome configSchema(const Invocation &)
     schema["title"] = "Settings of a terminal";
     schema["anyOf"] = someOn();
     const QString printed = QString::fromUtf8(QJsonDocument(schema).toJson()).trimmed();
-    return {ExitStatus::Done, {}, schema, printed};
+    return {schema, printed};
 }
+
+const Registration row{{"config schema",
+                        "",
+                        "schema",
+                        "JSON Schema",
+                        "Print a JSON Schema for configuration files",
+                        {},
+                        printSchema}};
+
+} // namespace
 
 } // namespace auxctl

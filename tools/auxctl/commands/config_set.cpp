@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
 #include "config/jsonformat.h"
 #include "config/rules.h"
 #include "settings.h"
@@ -7,7 +6,6 @@
 #include <QFile>
 
 #include <climits>
-#include <optional>
 
 namespace auxctl
 {
@@ -18,19 +16,19 @@ namespace
 using Values = QVector<QVariant>;
 
 /// The text as the setting's type; the file holds numbers as int.
-std::optional<QVariant> parseValue(const QString &text, QVariant::Type type)
+QVariant parseValue(const QString &text, const Setting &setting)
 {
-    if (type == QVariant::Bool) {
-        if (text != "true" && text != "false")
-            return std::nullopt;
+    const QVariant::Type type = setting.defaultValue.type();
+    if (type == QVariant::Bool && (text == "true" || text == "false"))
         return text == "true";
-    }
-    if (type == QVariant::UInt) {
-        bool isNumber = false;
-        const unsigned int number = text.toUInt(&isNumber);
-        return isNumber && number <= INT_MAX ? std::optional<QVariant>(number) : std::nullopt;
-    }
-    return text;
+    bool isNumber = false;
+    const unsigned int number = text.toUInt(&isNumber);
+    if (type == QVariant::UInt && isNumber && number <= INT_MAX)
+        return number;
+    if (type == QVariant::String)
+        return text;
+    misuse(QStringLiteral("%1 takes %2, not \"%3\"")
+               .arg(setting.keyPath(), aux::expectation(setting), text));
 }
 
 /// What the file on the disk says, past everything that this process keeps in memory.
@@ -48,55 +46,52 @@ bool isOnDisk(const QString &fileName, const QVector<Setting> &settings, const V
 }
 
 /// The file is written once for all of them.
-Outcome writeAll(aux::Configuration &configuration, const QVector<Setting> &settings,
-                 const Values &values)
+void writeAll(aux::Configuration &configuration, const QVector<Setting> &settings,
+              const Values &values)
 {
-    Record written;
     {
         QSettings file; // that of the configuration
-        for (int index = 0; index < settings.size(); ++index) {
+        for (int index = 0; index < settings.size(); ++index)
             file.setValue(settings[index].keyPath(), values[index]);
-            written +=
-                {settings[index].keyPath(), shownValue(settings[index], values[index], false)};
-        }
     }
     if (!isOnDisk(configuration.getFileName(), settings, values)) {
         configuration.rollback(aux::SettingsArea::All); // nothing may be written later on
-        return failed(QStringLiteral("cannot write %1").arg(configuration.getFileName()));
+        fail(QStringLiteral("cannot write %1").arg(configuration.getFileName()));
     }
     configuration.commit();
+}
+
+Result setAll(const Call &call)
+{
+    QStringList keys;
+    for (const QString &assignment : call.arguments()) {
+        if (!assignment.contains('='))
+            misuse(QStringLiteral("\"%1\" is no KEY=VALUE").arg(assignment));
+        keys += keyPath(assignment.section('=', 0, 0));
+    }
+    if (QStringList(keys).removeDuplicates() > 0)
+        misuse("a setting is given twice");
+    const QVector<Setting> settings = settingsOf(keys);
+    Values values;
+    Record written;
+    for (int index = 0; index < settings.size(); ++index) {
+        values += parseValue(call.argument(index).section('=', 1), settings[index]);
+        written += {settings[index].keyPath(), shownValue(settings[index], values[index], false)};
+    }
+    aux::Configuration configuration;
+    open(configuration, call);
+    writeAll(configuration, settings, values);
     return record(written);
 }
 
-} // namespace
+const Registration row{{"config set",
+                        "KEY=VALUE...",
+                        "set",
+                        "{KEY: value}",
+                        "Set all of these settings, or none",
+                        {&applicationOption},
+                        setAll}};
 
-Outcome configSet(const Invocation &invocation)
-{
-    QStringList keys;
-    QStringList texts;
-    for (const QString &assignment : invocation.arguments) {
-        if (!assignment.contains('='))
-            return misused(QStringLiteral("\"%1\" is no KEY=VALUE").arg(assignment));
-        keys += keyPath(assignment.section('=', 0, 0));
-        texts += assignment.section('=', 1);
-    }
-    if (keys.removeDuplicates() > 0)
-        return misused("a setting is given twice");
-    return withSettings(keys, [&](const QVector<Setting> &settings) {
-        Values values;
-        for (int index = 0; index < settings.size(); ++index) {
-            const QVariant::Type type = settings[index].defaultValue.type();
-            const auto value = parseValue(texts[index], type);
-            if (!value)
-                return misused(QStringLiteral("%1 takes %2, not \"%3\"")
-                                   .arg(settings[index].keyPath(),
-                                        aux::expectation(settings[index]), texts[index]));
-            values += *value;
-        }
-        return withConfiguration(invocation, [&](aux::Configuration &configuration) {
-            return writeAll(configuration, settings, values);
-        });
-    });
-}
+} // namespace
 
 } // namespace auxctl

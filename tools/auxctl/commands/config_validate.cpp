@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
+#include "command.h"
 #include "streams.h"
 
 #include <aux/configuration.h>
@@ -9,18 +9,31 @@
 namespace auxctl
 {
 
-Outcome configValidate(const Invocation &invocation)
+namespace
 {
-    return withInput(invocation.argument(0), [&](const QString &path) -> Outcome {
-        aux::Configuration configuration; // knows the format of the file
-        configuration.init();
-        aux::Error error = aux::Configuration::validateConfigFile(path);
-        if (!error.hasError())
-            return {ExitStatus::Done, {}, true, "valid"};
-        // Not a fault of the contents where there are none to be read.
-        return QFile(path).open(QIODevice::ReadOnly) ? answered(false, failed(std::move(error)))
-                                                     : failed(std::move(error));
-    });
+
+Result validate(const Call &call)
+{
+    const Input input(call.argument(0));
+    aux::Configuration configuration; // knows the format of the file
+    configuration.init();
+    aux::Error error = aux::Configuration::validateConfigFile(input.path());
+    // Not a fault of the contents where there are none to be read.
+    if (!QFile(input.path()).open(QIODevice::ReadOnly))
+        check(std::move(error));
+    if (error.hasError())
+        throw Failure{ExitStatus::No, std::move(error)};
+    return {true, "valid"};
 }
+
+const Registration row{{"config validate",
+                        "FILE",
+                        "valid",
+                        "true",
+                        "Check a configuration file before it is taken into use",
+                        {},
+                        validate}};
+
+} // namespace
 
 } // namespace auxctl

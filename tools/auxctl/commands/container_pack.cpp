@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
 #include "containerfile.h"
-#include "nearest.h"
 #include "progress.h"
 #include "streams.h"
 
@@ -10,28 +8,32 @@
 namespace auxctl
 {
 
-Outcome containerPack(const Invocation &invocation)
+namespace
 {
-    aux::Error wrongName = checkNameOption(invocation);
-    if (wrongName.hasError())
-        return failed(std::move(wrongName));
-    const QString typeName = invocation.isSet("type") ? invocation.value("type") : typeNames().first();
-    const auto type = typeFromName(typeName);
-    if (type == aux::container::Type::Unknown)
-        return unknown("type", typeName, typeNames());
-    const OutputPlace output(invocation, 1);
-    if (output.error().hasError())
-        return failed(output.error());
-    const auto pack = [&](const QString &path) {
-        const Progress progress(path);
-        aux::Error error = aux::DataHelper::packFileToBinContainer(path, type, output.file());
-        if (error.hasError())
-            return failed(std::move(error));
-        const Record fields{{"path", output.file()}};
-        return output.deliver(output.file(),
-                              record(fields + ContainerFile(output.file()).description()));
-    };
-    return withInput(invocation.argument(0), pack, invocation.value("name"));
+
+const QByteArray types = "What it holds: " + typeNames().join(", ").toUtf8() + "; else the first";
+const ValueOption<aux::container::Type> typeOption{"type", "TYPE", types.constData(), typeFromName};
+
+Result pack(const Call &call)
+{
+    const auto type = call.value(typeOption).value_or(static_cast<aux::container::Type>(0));
+    const QString name = call.value(fileNameOption).value_or(QString());
+    const OutputPlace output(call, 1);
+    const Input input(call.argument(0), name);
+    const Progress progress(input.path());
+    check(aux::DataHelper::packFileToBinContainer(input.path(), type, output.file()));
+    const Record path{{"path", output.file()}};
+    return output.deliver(output.file(), record(path + ContainerFile(output.file()).description()));
 }
+
+const Registration row{{"container pack",
+                        "FILE CONTAINER",
+                        "container",
+                        "{path, type, name, size, digest, complete}",
+                        "Pack a file into a container, which is overwritten",
+                        {&typeOption, &fileNameOption},
+                        pack}};
+
+} // namespace
 
 } // namespace auxctl

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
 #include "containerfile.h"
 #include "fs/fileidentity.h"
 #include "progress.h"
@@ -13,6 +12,8 @@ namespace auxctl
 namespace
 {
 
+constexpr Switch forceOption{"force", "Overwrite an existing file"};
+
 /// The file that unpacking would write; null where the container does not say.
 QString expectedPath(const ContainerFile &container, const QString &directory, const QString &name)
 {
@@ -20,39 +21,35 @@ QString expectedPath(const ContainerFile &container, const QString &directory, c
     return fileName.isEmpty() ? QString() : directory + '/' + fileName;
 }
 
-Outcome unpack(const QString &input, const OutputPlace &output, const Invocation &invocation)
+Result unpack(const Call &call)
 {
-    QString path = invocation.value("name");
-    ContainerFile container(input);
+    QString path = call.value(fileNameOption).value_or(QString());
+    const OutputPlace output(call, 1, QStringLiteral("."));
+    const Input input(call.argument(0));
+    ContainerFile container(input.path());
     const QString expected = expectedPath(container, output.directory(), path);
     if (!expected.isEmpty() && aux::isOccupied(expected)) {
-        if (!invocation.isSet("force"))
-            return failed(QStringLiteral("%1 exists already, --force overwrites it").arg(expected));
+        if (!call.has(forceOption))
+            fail(QStringLiteral("%1 exists already, --force overwrites it").arg(expected));
         if (!container.hasDigest()) // the library would find out when the file is gone
-            return failed(QStringLiteral("%1 is damaged, %2 stays").arg(input, expected));
+            fail(QStringLiteral("%1 is damaged, %2 stays").arg(input.path(), expected));
     }
 
     const Progress progress(expected);
     auto type = aux::DataHelper::ZEL_FILE_TYPE::Unknown;
-    aux::Error error =
-        aux::DataHelper::unpackFileFromBinContainer(input, type, output.directory(), path);
-    if (error.hasError())
-        return failed(std::move(error));
+    check(
+        aux::DataHelper::unpackFileFromBinContainer(input.path(), type, output.directory(), path));
     return output.deliver(path, record({{"path", path}, {"type", typeName(type)}}));
 }
 
-} // namespace
+const Registration row{{"container unpack",
+                        "CONTAINER [DIRECTORY]",
+                        "unpacked",
+                        "{path, type}",
+                        "Unpack a container and check its digest",
+                        {&fileNameOption, &forceOption},
+                        unpack}};
 
-Outcome containerUnpack(const Invocation &invocation)
-{
-    aux::Error wrongName = checkNameOption(invocation);
-    if (wrongName.hasError())
-        return failed(std::move(wrongName));
-    const OutputPlace output(invocation, 1, QStringLiteral("."));
-    if (output.error().hasError())
-        return failed(output.error());
-    return withInput(invocation.argument(0),
-                     [&](const QString &path) { return unpack(path, output, invocation); });
-}
+} // namespace
 
 } // namespace auxctl

@@ -1,19 +1,31 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
-#include "help.h"
+#include "command.h"
 
 #include <aux/countrycodes.h>
 
 namespace auxctl
 {
 
-Outcome country(const Invocation &invocation)
+namespace
+{
+
+Result country(const Call &call)
 {
     bool isNumber = false;
-    const int id = invocation.argument(0).toInt(&isNumber);
+    const int id = call.argument(0).toInt(&isNumber);
     if (!isNumber)
-        return misused(QStringLiteral("\"%1\" is no number").arg(invocation.argument(0)));
+        misuse(QStringLiteral("\"%1\" is no number").arg(call.argument(0)));
     return plainText(aux::CountryCodes::countryCodeFromStateID(id));
 }
+
+const Registration row{{"country",
+                        "ID",
+                        "country",
+                        "text",
+                        "Print the country code of a numeric state id",
+                        {},
+                        country}};
+
+} // namespace
 
 } // namespace auxctl

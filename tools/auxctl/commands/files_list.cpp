@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
+#include "command.h"
 #include "location.h"
 
 #include <QJsonArray>
@@ -9,16 +9,46 @@
 namespace auxctl
 {
 
-Outcome filesList(const Invocation &invocation)
+namespace
 {
-    return withLocation(invocation.argument(0), [](aux::DirLocation location) {
-        auto [error, names] = aux::FsHelper::createDirList(location);
-        if (error.hasError())
-            return failed(std::move(error));
-        const QJsonArray json = QJsonArray::fromStringList(names);
-        std::transform(names.begin(), names.end(), names.begin(), printable);
-        return Outcome{ExitStatus::Done, {}, json, names.join('\n')};
-    });
+
+Result name(const Call &call)
+{
+    return plainText(aux::FsHelper::createUniqueFileName(locationFromName(call.argument(0))));
 }
+
+Result list(const Call &call)
+{
+    QStringList names = checked(aux::FsHelper::createDirList(locationFromName(call.argument(0))));
+    const QJsonArray json = QJsonArray::fromStringList(names);
+    std::transform(names.begin(), names.end(), names.begin(), printable);
+    return {json, names.join('\n')};
+}
+
+Result count(const Call &call)
+{
+    const int count =
+        checked(aux::FsHelper::getNumberOfDirEntries(locationFromName(call.argument(0))));
+    return {count, QString::number(count)};
+}
+
+const Registration nameRow{
+    {"files name", "LOCATION", "path", "text", "Make up a unique file name", {}, name}};
+const Registration listRow{{"files list",
+                            "LOCATION",
+                            "files",
+                            "[text]",
+                            "List the readable files of a location",
+                            {},
+                            list}};
+const Registration countRow{{"files count",
+                             "LOCATION",
+                             "count",
+                             "number",
+                             "Count the readable files of a location",
+                             {},
+                             count}};
+
+} // namespace
 
 } // namespace auxctl

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
+#include "command.h"
 #include "location.h"
 
 #include <QFileInfo>
@@ -10,26 +10,31 @@ namespace auxctl
 namespace
 {
 
-Outcome move(aux::DirLocation from, aux::DirLocation to, const Invocation &invocation)
+constexpr ValueOption<QString> checksumOption{"checksum", "SHA256",
+                                              "Move only a file with this checksum", anyText};
+constexpr ValueOption<QString> newNameOption{"name", "NAME", "Use this file name", anyText};
+
+Result move(const Call &call)
 {
-    const QString name = invocation.argument(2);
-    const QString newName = invocation.value("name");
-    aux::Error error = aux::FsHelper::fileMove(from, to, name, invocation.value("checksum"),
-                                               invocation.isSet("checksum"), newName);
-    if (error.hasError())
-        return failed(std::move(error));
+    const aux::DirLocation from = locationFromName(call.argument(0));
+    const aux::DirLocation to = locationFromName(call.argument(1));
+    const QString name = call.argument(2);
+    const QString newName = call.value(newNameOption).value_or(QString());
+    const auto checksum = call.value(checksumOption);
+    check(aux::FsHelper::fileMove(from, to, name, checksum.value_or(QString()),
+                                  checksum.has_value(), newName));
     const QString moved = QFileInfo(newName.isEmpty() ? name : newName).fileName();
     return record({{"path", aux::FsHelper::createPathName(to, moved)}});
 }
 
-} // namespace
+const Registration row{{"files move",
+                        "FROM TO FILE",
+                        "moved",
+                        "{path}",
+                        "Move a file between two locations",
+                        {&checksumOption, &newNameOption},
+                        move}};
 
-Outcome filesMove(const Invocation &invocation)
-{
-    return withLocation(invocation.argument(0), [&invocation](aux::DirLocation from) {
-        return withLocation(invocation.argument(1),
-                            [&](aux::DirLocation to) { return move(from, to, invocation); });
-    });
-}
+} // namespace
 
 } // namespace auxctl

@@ -1,15 +1,29 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
+#include "command.h"
 
 #include <aux/fshelper.h>
 
 namespace auxctl
 {
 
-Outcome filesReset(const Invocation &)
+namespace
 {
-    aux::Error error = aux::FsHelper::removeEntireDataDir();
-    return error.hasError() ? failed(std::move(error)) : Outcome{ExitStatus::Done, {}, true, {}};
+
+Result reset(const Call &)
+{
+    check(aux::FsHelper::removeEntireDataDir());
+    return {true, {}};
 }
+
+const Registration row{{"files reset",
+                        "",
+                        "reset",
+                        "true",
+                        "Remove all data directories and settings",
+                        {},
+                        reset,
+                        "This removes all stored files and settings."}};
+
+} // namespace
 
 } // namespace auxctl

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
+#include "command.h"
 
 #include <aux/systeminfo.h>
 
@@ -22,27 +22,35 @@ QString readable(const QJsonObject &clock)
              field("second"));
 }
 
-} // namespace
-
 /// What cannot be found out is empty; with --debug the library says why.
-Outcome info(const Invocation &)
+Result info(const Call &)
 {
     using aux::SystemInfo;
     const aux::Error error = SystemInfo::loadSerialNumber();
     const QJsonObject clock = SystemInfo::getCurrentDateTimeUTCInfo();
-    Outcome outcome = record({{"serial", SystemInfo::getSerialNumber()},
-                              {"problem", error.hasError() ? error.getMsg() : QString()},
-                              {"wifi", SystemInfo::getWifiMac()},
-                              {"version", SystemInfo::getVersion()},
-                              {"bsp", SystemInfo::getBspId()},
-                              {"ipv4", SystemInfo::getFirstActiveNetworkIPv4()},
-                              {"network", SystemInfo::getNetworkInfo("eth0")},
-                              {"clock", readable(clock)},
-                              {"touchscreen", SystemInfo::isTouchscreenDetected()}});
-    QJsonObject json = outcome.json.toObject();
+    Result result = record({{"serial", SystemInfo::getSerialNumber()},
+                            {"problem", error.hasError() ? error.getMsg() : QString()},
+                            {"wifi", SystemInfo::getWifiMac()},
+                            {"version", SystemInfo::getVersion()},
+                            {"bsp", SystemInfo::getBspId()},
+                            {"ipv4", SystemInfo::getFirstActiveNetworkIPv4()},
+                            {"network", SystemInfo::getNetworkInfo("eth0")},
+                            {"clock", readable(clock)},
+                            {"touchscreen", SystemInfo::isTouchscreenDetected()}});
+    QJsonObject json = result.json.toObject();
     json["clock"] = clock;
-    outcome.json = json;
-    return outcome;
+    result.json = json;
+    return result;
 }
+
+const Registration row{{"info",
+                        "",
+                        "info",
+                        "{serial, problem, wifi, version, bsp, ipv4, network, clock, touchscreen}",
+                        "Show identity, versions, network, clock and touchscreen",
+                        {},
+                        info}};
+
+} // namespace
 
 } // namespace auxctl

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
 #include "fs/newfile.h"
-#include "help.h"
 #include "passphrase.h"
 #include "streams.h"
 
@@ -15,60 +13,56 @@ namespace auxctl
 namespace
 {
 
-Outcome protect(const QByteArray &key, const QString &passPhrase)
+/// What is in the file of the first argument.
+QByteArray contentOf(const Call &call)
 {
-    auto [error, text] = aux::DataHelper::encryptKeyB64(key, passPhrase);
-    return error.hasError() ? failed(std::move(error)) : plainText(text);
+    const Input input(call.argument(0));
+    QFile file(input.path());
+    if (!file.open(QIODevice::ReadOnly))
+        failOn("open", file);
+    QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        failOn("read", file);
+    if (content.isEmpty())
+        fail(QStringLiteral("%1 is empty").arg(input.path()));
+    return content;
 }
 
-Outcome reveal(const QString &text, const QString &passPhrase, const OutputPlace &output)
+Result protect(const Call &call)
 {
-    auto [error, key] = aux::DataHelper::decryptKeyB64(text, passPhrase);
-    if (error.hasError())
-        return failed(std::move(error));
+    const QByteArray key = contentOf(call);
+    const QString phrase = passPhrase(call, PassPhraseKind::New);
+    return plainText(checked(aux::DataHelper::encryptKeyB64(key, phrase)));
+}
+
+Result reveal(const Call &call)
+{
+    const OutputPlace output(call, 1);
+    const QString text = QString::fromUtf8(contentOf(call)).trimmed();
+    const QString phrase = passPhrase(call, PassPhraseKind::Known);
+    const QByteArray key = checked(aux::DataHelper::decryptKeyB64(text, phrase));
     aux::NewFile file(output.file()); // nobody else's to read, also while it is written
     if (!file.open() || !file.write(key) || !file.commit())
-        return failed(QStringLiteral("cannot write %1").arg(output.file()));
+        fail(QStringLiteral("cannot write %1").arg(output.file()));
     return output.deliver(output.file(), record({{"path", output.file()}}));
 }
 
-/// Runs the function with what is in the file of the first argument.
-Outcome withContent(const Invocation &invocation,
-                    const std::function<Outcome(const QByteArray &)> &function)
-{
-    return withInput(invocation.argument(0), [&](const QString &path) -> Outcome {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            return failed(fileProblem("open", file));
-        const QByteArray content = file.readAll();
-        if (file.error() != QFileDevice::NoError)
-            return failed(fileProblem("read", file));
-        return content.isEmpty() ? failed(QStringLiteral("%1 is empty").arg(path))
-                                 : function(content);
-    });
-}
+const Registration protectRow{
+    {"key protect",
+     "FILE",
+     "key",
+     "text",
+     "Hide a key behind a pass phrase, as the setting /crypto/gpgkey holds it",
+     {&passPhraseFileOption, &passPhraseDescriptorOption},
+     protect}};
+const Registration revealRow{{"key reveal",
+                              "FILE KEYFILE",
+                              "key",
+                              "{path}",
+                              "Write the key that a protected text hides to a file of mode 0600",
+                              {&passPhraseFileOption, &passPhraseDescriptorOption},
+                              reveal}};
 
 } // namespace
-
-Outcome keyProtect(const Invocation &invocation)
-{
-    return withContent(invocation, [&](const QByteArray &key) {
-        return withPassPhrase(invocation, PassPhraseKind::New,
-                              [&](const QString &passPhrase) { return protect(key, passPhrase); });
-    });
-}
-
-Outcome keyReveal(const Invocation &invocation)
-{
-    const OutputPlace output(invocation, 1);
-    if (output.error().hasError())
-        return failed(output.error());
-    return withContent(invocation, [&](const QByteArray &content) {
-        const QString text = QString::fromUtf8(content).trimmed();
-        return withPassPhrase(invocation, PassPhraseKind::Known, [&](const QString &passPhrase) {
-            return reveal(text, passPhrase, output);
-        });
-    });
-}
 
 } // namespace auxctl

@@ -1,19 +1,32 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
+#include "command.h"
 
 #include <aux/systemhelper.h>
 
 namespace auxctl
 {
 
-Outcome link(const Invocation &invocation)
+namespace
 {
-    const QString iface = invocation.argument(0);
+
+Result link(const Call &call)
+{
+    const QString iface = call.argument(0);
     if (iface.contains('/'))
-        return misused(QStringLiteral("\"%1\" is no interface").arg(iface));
+        misuse(QStringLiteral("\"%1\" is no interface").arg(iface));
     const bool isUp = iface.isEmpty() ? aux::SystemHelper::lanNetworkStatus()
                                       : aux::SystemHelper::ifaceIsConnected(iface);
-    return answered(isUp, {ExitStatus::Done, {}, isUp, isUp ? "up" : "down"});
+    return answered(isUp, {isUp, isUp ? "up" : "down"});
 }
+
+const Registration row{{"link",
+                        "[IFACE]",
+                        "link",
+                        "true or false",
+                        "Check whether a network interface has a link",
+                        {},
+                        link}};
+
+} // namespace
 
 } // namespace auxctl

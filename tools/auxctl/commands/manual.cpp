@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
 #include "help.h"
 
 namespace auxctl
 {
 
-Outcome manual(const Invocation &)
+namespace
+{
+
+Result manual(const Call &)
 {
     return plainText(manualPage());
 }
+
+const Registration row{{"manual", "", "manual", "text", "Print the manual page", {}, manual}};
+
+} // namespace
 
 } // namespace auxctl

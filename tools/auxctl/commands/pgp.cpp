@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
-#include "help.h"
 #include "passphrase.h"
 #include "progress.h"
 #include "streams.h"
@@ -13,49 +11,62 @@ namespace auxctl
 namespace
 {
 
-using Conversion = std::function<aux::Error(const QString &, const QString &)>;
-
-Outcome convert(const Invocation &invocation, const Conversion &conversion)
+Result importKey(const Call &call)
 {
-    const OutputPlace output(invocation, 1);
-    if (output.error().hasError())
-        return failed(output.error());
-    return withInput(invocation.argument(0), [&](const QString &path) {
-        const Progress progress(path);
-        aux::Error error = conversion(path, output.file());
-        if (error.hasError())
-            return failed(std::move(error));
-        return output.deliver(output.file(), record({{"path", output.file()}}));
-    });
+    const Input input(call.argument(0));
+    check(aux::DataHelper::importKeypairGPG(input.path()));
+    return plainText("imported");
 }
+
+Result encrypt(const Call &call)
+{
+    const OutputPlace output(call, 1);
+    const Input input(call.argument(0));
+    const Progress progress(input.path());
+    check(aux::DataHelper::encryptFileGPG(input.path(), output.file()));
+    return output.deliver(output.file(), record({{"path", output.file()}}));
+}
+
+Result decrypt(const Call &call)
+{
+    const QString phrase = passPhrase(call, PassPhraseKind::Known);
+    const OutputPlace output(call, 1);
+    const Input input(call.argument(0));
+    const Progress progress(input.path());
+    check(aux::DataHelper::decryptFileGPG(input.path(), output.file(), phrase));
+    return output.deliver(output.file(), record({{"path", output.file()}}));
+}
+
+Result removeKey(const Call &)
+{
+    check(aux::DataHelper::removeKeypairGPG());
+    return plainText("removed");
+}
+
+const Registration importRow{{"pgp import",
+                              "KEYFILE",
+                              "pgp",
+                              "text",
+                              "Import an OpenPGP key for the commands below",
+                              {},
+                              importKey}};
+const Registration encryptRow{{"pgp encrypt",
+                               "FILE MESSAGE",
+                               "message",
+                               "{path}",
+                               "Encrypt a file to the imported key",
+                               {},
+                               encrypt}};
+const Registration decryptRow{{"pgp decrypt",
+                               "MESSAGE FILE",
+                               "file",
+                               "{path}",
+                               "Decrypt a message with the imported key",
+                               {&passPhraseFileOption, &passPhraseDescriptorOption},
+                               decrypt}};
+const Registration removeRow{
+    {"pgp remove", "", "pgp", "text", "Remove the imported key", {}, removeKey}};
 
 } // namespace
-
-Outcome pgpImport(const Invocation &invocation)
-{
-    return withInput(invocation.argument(0), [](const QString &path) {
-        return report(aux::DataHelper::importKeypairGPG(path), "imported");
-    });
-}
-
-Outcome pgpEncrypt(const Invocation &invocation)
-{
-    return convert(invocation, aux::DataHelper::encryptFileGPG);
-}
-
-Outcome pgpDecrypt(const Invocation &invocation)
-{
-    return withPassPhrase(
-        invocation, PassPhraseKind::Known, [&invocation](const QString &passPhrase) {
-            return convert(invocation, [&](const QString &message, const QString &file) {
-                return aux::DataHelper::decryptFileGPG(message, file, passPhrase);
-            });
-        });
-}
-
-Outcome pgpRemove(const Invocation &)
-{
-    return report(aux::DataHelper::removeKeypairGPG(), "removed");
-}
 
 } // namespace auxctl

@@ -1,25 +1,47 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
-#include "help.h"
+#include "command.h"
 
 #include <aux/systemhelper.h>
 
 namespace auxctl
 {
 
-Outcome wifiStart(const Invocation &)
+namespace
 {
-    return report(aux::SystemHelper::wpaSupplicantStart(), "started");
+
+using aux::SystemHelper;
+
+Result start(const Call &)
+{
+    check(SystemHelper::wpaSupplicantStart());
+    return plainText("started");
 }
 
-Outcome wifiStop(const Invocation &)
+Result stop(const Call &)
 {
-    return report(aux::SystemHelper::wpaSupplicantStop(), "stopped");
+    check(SystemHelper::wpaSupplicantStop());
+    return plainText("stopped");
 }
 
-Outcome wifiKill(const Invocation &)
+Result kill(const Call &)
 {
-    return report(aux::SystemHelper::wpaSupplicantForceKill(), "killed");
+    check(SystemHelper::wpaSupplicantForceKill());
+    return plainText("killed");
 }
+
+const Registration startRow{
+    {"wifi start", "", "wifi", "text", "Start the Wi-Fi supplicant", {}, start}};
+const Registration stopRow{
+    {"wifi stop", "", "wifi", "text", "Stop the Wi-Fi supplicant", {}, stop}};
+const Registration killRow{{"wifi kill",
+                            "",
+                            "wifi",
+                            "text",
+                            "Kill the Wi-Fi supplicant by force",
+                            {},
+                            kill,
+                            "This kills every wpa_supplicant on the terminal."}};
+
+} // namespace
 
 } // namespace auxctl

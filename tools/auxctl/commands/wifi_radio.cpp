@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "commands.h"
-#include "diagnostics.h"
-
-#include <aux/systemhelper.h>
-
-#include <QRegularExpression>
-
-#include <functional>
+#include "command.h"
+#include "system/wifi.h"
 
 namespace auxctl
 {
@@ -16,48 +10,65 @@ namespace
 
 using aux::SystemHelper;
 
-Outcome withSupplicant(const std::function<Outcome(wpa_ctrl *)> &function)
+/// A connection to the supplicant.
+class Connection
 {
-    auto [error, control] = SystemHelper::wpaSupplicantConnect();
-    if (error.hasError())
-        return failed(std::move(error));
-    Outcome outcome = function(control);
-    aux::Error closing = SystemHelper::wpaSupplicantDisconnect(control);
-    return closing.hasError() ? failed(std::move(closing)) : outcome;
+public:
+    Connection() : m_control(checked(SystemHelper::wpaSupplicantConnect())) {}
+    ~Connection() { static_cast<void>(SystemHelper::wpaSupplicantDisconnect(m_control)); }
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    [[nodiscard]] wpa_ctrl *control() const { return m_control; }
+
+private:
+    wpa_ctrl *m_control;
+};
+
+/// What the supplicant answered; fails with the reason where it did not.
+template <typename Value>
+Value answer(std::pair<aux::Reason, Value> result)
+{
+    if (!result.first.isNone())
+        fail(result.first.text());
+    return std::move(result.second);
 }
+
+Result scan(const Call &)
+{
+    const Connection connection;
+    QVector<Record> networks;
+    for (const auto &network : answer(aux::scanNetworks(connection.control())))
+        networks += {
+            {"quality", network.quality}, {"security", network.security}, {"essid", network.essid}};
+    Result result = table(networks);
+    if (networks.isEmpty())
+        result.text = "no network is known yet; the scan goes on, ask again";
+    return result;
+}
+
+Result status(const Call &)
+{
+    const Connection connection;
+    const auto [quality, isConnected] = answer(aux::linkStatus(connection.control()));
+    return record({{"connected", isConnected}, {"quality", quality}});
+}
+
+const Registration scanRow{{"wifi scan",
+                            "",
+                            "networks",
+                            "[{quality, security, essid}]",
+                            "List the networks in reach",
+                            {},
+                            scan}};
+const Registration statusRow{{"wifi status",
+                              "",
+                              "wifi",
+                              "{connected, quality}",
+                              "Show the quality of the Wi-Fi link",
+                              {},
+                              status}};
 
 } // namespace
-
-Outcome wifiScan(const Invocation &)
-{
-    return withSupplicant([](wpa_ctrl *control) {
-        QVector<Record> networks;
-        const auto found = SystemHelper::wpaNetworkScan(control);
-        const QStringList reasons =
-            takeDiagnostics().filter(QRegularExpression("^wpaNetworkScan "));
-        if (!reasons.isEmpty()) // the only trace of a failure
-            return failed(reasons.join(' '));
-        for (const SystemHelper::WifiInfo &network : found)
-            networks += {{"quality", network.quality},
-                         {"security", network.security},
-                         {"essid", network.essid}};
-        Outcome outcome = table(networks);
-        if (networks.isEmpty())
-            outcome.text = "no network is known yet; the scan goes on, ask again";
-        return outcome;
-    });
-}
-
-Outcome wifiStatus(const Invocation &)
-{
-    return withSupplicant([](wpa_ctrl *control) {
-        const auto [quality, isConnected] = SystemHelper::wpaNetworkStatus(control);
-        const QStringList reasons =
-            takeDiagnostics().filter(QRegularExpression("^wpaNetworkStatus "));
-        if (!reasons.isEmpty())
-            return failed(reasons.join(' '));
-        return record({{"connected", isConnected}, {"quality", quality}});
-    });
-}
 
 } // namespace auxctl

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "outcome.h"
+#include "result.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -83,22 +83,27 @@ QString alignedText(const QVector<QStringList> &rows)
     return lines.join('\n');
 }
 
-Outcome record(const Record &fields)
+Result plainText(const QString &text)
 {
-    Outcome outcome;
-    outcome.json = toObject(fields);
+    return {text, text};
+}
+
+Result record(const Record &fields)
+{
+    Result result;
+    result.json = toObject(fields);
     QVector<QStringList> rows;
     for (const auto &[name, value] : fields) {
         const QString text = valueText(value);
         rows += QStringList{name + ':', text.isEmpty() ? QStringLiteral("-") : text};
     }
-    outcome.text = alignedText(rows).replace(QStringLiteral(" \n"), QStringLiteral("\n"));
-    return outcome;
+    result.text = alignedText(rows).replace(QStringLiteral(" \n"), QStringLiteral("\n"));
+    return result;
 }
 
-Outcome table(const QVector<Record> &rows)
+Result table(const QVector<Record> &rows)
 {
-    Outcome outcome;
+    Result result;
     QJsonArray array;
     QVector<QStringList> lines;
     for (const Record &fields : rows) {
@@ -113,44 +118,15 @@ Outcome table(const QVector<Record> &rows)
             lines += names;
         lines += values;
     }
-    outcome.json = array;
-    outcome.text = alignedText(lines);
-    return outcome;
+    result.json = array;
+    result.text = alignedText(lines);
+    return result;
 }
 
-aux::Error problem(const QString &message, ExitStatus status)
+Result answered(bool yes, Result result)
 {
-    return aux::ErrorData(ownDomain, QString(message), static_cast<unsigned int>(status));
-}
-
-aux::Error fileProblem(const char *action, const QFile &file)
-{
-    return problem(
-        QStringLiteral("cannot %1 %2: %3").arg(action, file.fileName(), file.errorString()));
-}
-
-Outcome failed(aux::Error error)
-{
-    const bool isOwn = error.getDomain() == ownDomain;
-    const auto status = isOwn ? static_cast<ExitStatus>(error.getId()) : ExitStatus::Failed;
-    return {status, std::move(error), {}, {}};
-}
-
-Outcome failed(const QString &message)
-{
-    return failed(problem(message));
-}
-
-Outcome misused(const QString &message)
-{
-    return failed(problem(message, ExitStatus::Usage));
-}
-
-Outcome answered(bool yes, Outcome outcome)
-{
-    if (!yes)
-        outcome.status = ExitStatus::No;
-    return outcome;
+    result.isNo = !yes;
+    return result;
 }
 
 } // namespace auxctl

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "failure.h"
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+namespace auxctl
+{
+
+namespace
+{
+
+[[noreturn]] void raise(ExitStatus status, const QString &message)
+{
+    throw Failure{status,
+                  aux::ErrorData(ownDomain, QString(message), static_cast<unsigned int>(status))};
+}
+
+/// The number of letters to insert, remove or replace (Levenshtein distance).
+int distance(const QString &a, const QString &b)
+{
+    const auto columns = static_cast<std::size_t>(b.size());
+    std::vector<int> row(columns + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (const QChar letter : a) {
+        int diagonal = row[0]++;
+        for (std::size_t column = 1; column <= columns; ++column) {
+            const int replaced = diagonal + (letter == b[static_cast<int>(column) - 1] ? 0 : 1);
+            diagonal = row[column];
+            row[column] = std::min({row[column] + 1, row[column - 1] + 1, replaced});
+        }
+    }
+    return row.back();
+}
+
+} // namespace
+
+void fail(const QString &message)
+{
+    raise(ExitStatus::Failed, message);
+}
+
+void failOn(const char *action, const QFile &file)
+{
+    fail(QStringLiteral("cannot %1 %2: %3").arg(action, file.fileName(), file.errorString()));
+}
+
+void misuse(const QString &message)
+{
+    raise(ExitStatus::Usage, message);
+}
+
+void misuseUnknown(const char *kind, const QString &word, const QStringList &candidates)
+{
+    const QString nearest = *std::min_element(candidates.begin(), candidates.end(),
+                                              [&word](const QString &a, const QString &b) {
+                                                  return distance(word, a) < distance(word, b);
+                                              });
+    misuse(QStringLiteral("unknown %1 \"%2\", did you mean \"%3\"?").arg(kind, word, nearest));
+}
+
+void check(aux::Error error)
+{
+    if (error.hasError())
+        throw Failure{ExitStatus::Failed, std::move(error)};
+}
+
+} // namespace auxctl
