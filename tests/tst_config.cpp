@@ -2,14 +2,12 @@
 #include <aux/configuration.h>
 
 #include "config/catalogue.h"
-#include "config/jsonformat.h"
 #include "support/datarows.h"
 #include "support/observe.h"
 #include "support/settings.h"
 
 #include <climits>
 #include <optional>
-#include <vector>
 
 using aux::ChangeState;
 using aux::Configuration;
@@ -22,23 +20,6 @@ namespace
 QString describe(ChangeState state)
 {
     return QString(state.flaggedChanged ? "flagged " : "") + (state.anyChanged ? "any" : "none");
-}
-
-/// Checks a file with these settings and the defaults of all others.
-QString validate(const QJsonObject &settings, const QString &without = {})
-{
-    QSettings::SettingsMap map;
-    for (const aux::Setting &setting : aux::settingsCatalogue())
-        map[setting.keyPath().mid(1)] = setting.defaultValue;
-    for (auto it = settings.begin(); it != settings.end(); ++it)
-        map[it.key()] = it.value().toVariant();
-    map.remove(without);
-    // Of a name that QSettings has not seen: of others it remembers the content.
-    const QString file = useFreshSettings();
-    write(file, QJsonDocument(aux::json::nest(map)).toJson());
-    const QByteArray before = read(file);
-    const QString error = text(Configuration::validateConfigFile(file));
-    return read(file) == before ? error : "written to";
 }
 
 } // namespace
@@ -201,24 +182,6 @@ private Q_SLOTS:
         m_configuration->setValue(SettingsCode::DeviceAudio, false);
         m_configuration->commit();
         QCOMPARE(m_configuration->getChangeCounter(), INT_MIN);
-    }
-
-    void validation_data() { addRows("validation.txt"); }
-    void validation()
-    {
-        QFETCH(QString, input);
-        QTEST(validate(QJsonDocument::fromJson(input.toUtf8()).object()), "output");
-    }
-
-    void incompleteFiles()
-    {
-        QCOMPARE(text(Configuration::validateConfigFile(m_file)),
-                 "libaux Config file does not exist 10001");
-        for (const aux::Setting &setting : aux::settingsCatalogue()) {
-            const QString missing = "libaux Invalid config file. Missing %1 10002";
-            QCOMPARE(validate({{"network/dataport", 9000}}, setting.keyPath().mid(1)),
-                     missing.arg(setting.key));
-        }
     }
 };
 

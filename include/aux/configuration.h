@@ -205,7 +205,7 @@ public:
     /// - 10002 "Wrong type of <key path>, expected <what it may be>"
     /// - 10002 "Not readable as JSON: <reason>", alone; where it is a syntax error the reason
     /// begins
-    ///   with "line <number>, column <number>: ", both counted from 1
+    ///   with "line <number>, column <number>: ", counted from 1, where it was noticed
     static Error findConfigFileFaults(const QString &fileName);
 
     /// Takes a file into use: checks it and writes all of its settings to the settings file at

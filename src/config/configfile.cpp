@@ -37,8 +37,8 @@ Reason writeNewFile(const QString &fileName, const QByteArray &text)
 {
     NewFile file(fileName);
     if (!file.open())
-        return reason::cannotCreate;
-    return file.write(text) && file.commit() ? Reason() : reason::cannotWrite;
+        return reason::cannotCreate.because(file.cause());
+    return file.write(text) && file.commit() ? Reason() : reason::cannotWrite.because(file.cause());
 }
 
 SettingsChanges changesTo(const Candidate &candidate)
