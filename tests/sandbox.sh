@@ -64,7 +64,7 @@ if [ "${1:-}" = --hostile ]; then
 fi
 
 export LC_ALL=C # sorts
-outside=$(mktemp)
+outside=$(mktemp -p /tmp)
 for place in /tmp /dev/shm; do
     stage=$(mktemp -d -p "$place" 'a b é.XXXXXX')
     trap 'rm -rf "$outside" "$stage"' EXIT
