@@ -5,7 +5,7 @@ set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 readonly here settings=$1
 readonly config=/data/config work=/tmp/torture
-readonly operations=(first set commit rollback)
+readonly operations=(first set commit rollback apply)
 
 skip() {
     echo "SKIPPED: $1"
@@ -49,6 +49,7 @@ record() {
         cp "$(file_of "$operation")" "$work/$operation.new"
     done
     cp "$work/base" "$work/set.old"
+    cp "$work/base" "$work/apply.old"
     cp "$work/set.new" "$work/commit.old" # what both have written in preparation
     cp "$work/set.new" "$work/rollback.old"
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Does one operation on the settings: settings ORGANISATION get|set|commit|rollback [VALUE]
+// Does one operation on the settings: settings ORGANISATION get|set|commit|rollback|apply [VALUE]
 //
-// The value is that of one setting. Says "begin" on stderr between the preparation and the
-// operation, and ends at once after it.
+// The value is that of one setting, in the case of "apply" in a complete file. Says "begin" on
+// stderr between the preparation and the operation, and ends at once after it.
 #include <aux/configuration.h>
 
 #include <QCoreApplication>
@@ -15,7 +15,7 @@
 int main(int argc, char *argv[])
 {
     if (argc < 3)
-        qFatal("usage: settings ORGANISATION get|set|commit|rollback [VALUE]");
+        qFatal("usage: settings ORGANISATION get|set|commit|rollback|apply [VALUE]");
     QCoreApplication::setOrganizationName(argv[1]);
     QCoreApplication::setApplicationName("terminal");
     const QByteArray operation = argv[2];
@@ -25,6 +25,14 @@ int main(int argc, char *argv[])
     configuration.init();
     if (operation == "commit" || operation == "rollback")
         configuration.setValue(aux::SettingsCode::DeviceLang, value);
+    const QString candidate = "/data/" + QCoreApplication::organizationName() + ".json";
+    if (operation == "apply") {
+        const QVariant before = configuration.getValue(aux::SettingsCode::DeviceLang);
+        configuration.setValue(aux::SettingsCode::DeviceLang, value);
+        if (configuration.writeConfigFile(candidate).hasError())
+            return EXIT_FAILURE;
+        configuration.setValue(aux::SettingsCode::DeviceLang, before);
+    }
     if (::write(STDERR_FILENO, "begin\n", 6) != 6)
         return EXIT_FAILURE;
     if (operation == "get")
@@ -33,6 +41,8 @@ int main(int argc, char *argv[])
         configuration.setValue(aux::SettingsCode::DeviceLang, value);
     else if (operation == "commit")
         configuration.commit();
+    else if (operation == "apply")
+        static_cast<void>(configuration.applyConfigFile(candidate));
     else
         configuration.rollback(aux::SettingsArea::All);
     std::fflush(stdout);
