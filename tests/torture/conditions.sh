@@ -100,7 +100,7 @@ wrong_types() {
     local value
     for value in '"text" text' 'true true' '1e300 0' '[1] 0'; do
         { printf '{"version": %s' "${value% *}" &&
-            sed -E "s|^[0-9]+ /([^ ]*) .*|, \"\1\": ${value% *}|" "$here/../data/settings.txt" &&
+            sed -nE "s#^\| [0-9]+ \| \`/([^\`]*)\` .*#, \"\1\": ${value% *}#p" "$here/../../docs/settings.md" &&
             echo '}'; } | hostile "all values $value" "${value#* }"
     done
 }
