@@ -28,10 +28,11 @@ namespace aux
 ///         offer(network.essid, network.quality);
 ///     return aux::SystemHelper::wpaSupplicantDisconnect(daemon);
 ///
-/// *Guarantees*: no state and no locks; what the daemon is doing is looked up each time. Any
-/// thread may call, but a control handle belongs to one thread at a time. A null handle is safe
-/// everywhere. Operations block while the program they run runs; a request to a daemon that does
-/// not answer gives up after the 10 seconds of the control library.
+/// *Guarantees*: what the daemon is doing is looked up each time. Any thread may call, several may
+/// connect at once; a control handle belongs to one thread at a time. A null handle is safe
+/// everywhere. Operations block while the program they run runs. A request to the daemon ends after
+/// 10 seconds, whatever arrives meanwhile; its answer is never one to an earlier request or an
+/// event, which are discarded.
 class AUX_EXPORT SystemHelper
 {
 public:
@@ -92,11 +93,11 @@ public:
     /// caller's, to be given back with wpaSupplicantDisconnect; null on failure.
     ///
     /// Fails with "SystemHelper: cannot open wpa_supplicant control interface" or
-    /// "SystemHelper: cannot attach to wpa_supplicant control interface". Waits for the answer,
-    /// 10 seconds at most.
+    /// "SystemHelper: cannot attach to wpa_supplicant control interface". One request.
     [[nodiscard]] static std::pair<Error, wpa_ctrl *> wpaSupplicantConnect();
-    /// Closes a control connection; the handle is invalid afterwards. Never fails; for null the
-    /// debug log says "wpaSupplicantDisconnect" and ": wpa control handle is NULL".
+    /// Closes a control connection, which is one request; the handle is invalid afterwards. Never
+    /// fails; for null the debug log says "wpaSupplicantDisconnect" and
+    /// ": wpa control handle is NULL".
     static Error wpaSupplicantDisconnect(wpa_ctrl *ctrl);
     /// @}
 
@@ -107,7 +108,7 @@ public:
 
     /// Asks for a scan and lists the networks that the daemon knows right now, the best quality
     /// first, each name once with its best quality. Does not wait for the scan: its results are in
-    /// a later call.
+    /// a later call. Two requests, of which the second needs the first answered.
     ///
     /// Quality from the signal level in dBm: 3 from -50, 2 from -65, 1 from -80, 0 from -120;
     /// every level read is logged as "wpaInfoLevelToQuality" and ": level: ". An empty list is
@@ -119,7 +120,8 @@ public:
     /// ": ESSID has implausible signal level, skipping: " (below -120, 0 or above, no number).
     static QVector<WifiInfo> wpaNetworkScan(wpa_ctrl *ctrl);
     /// Returns the quality of the current link, as wpaNetworkScan grades it, and whether wlan0 is
-    /// connected. An implausible level gives 4; without connection or level the quality is 0.
+    /// connected. An implausible level gives 4; without connection or level the quality is 0. One
+    /// request while wlan0 is connected.
     ///
     /// Writes the lines of ifaceIsConnected and the level's; and as "wpaNetworkStatus"
     /// ": wpa control handle is NULL" or (deliberately in these words) ": scan request failed".

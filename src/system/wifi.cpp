@@ -2,12 +2,7 @@
 #include "system/wifi.h"
 #include "error/debugline.h"
 #include "system/scantable.h"
-
-#include <array>
-#include <cstddef> // wpa_ctrl.h uses size_t and includes nothing
-#include <optional>
-
-#include <wpa_ctrl.h>
+#include "system/supplicantrequest.h"
 
 namespace aux
 {
@@ -15,20 +10,16 @@ namespace aux
 namespace
 {
 
-constexpr size_t bufferSize = 4096;
-
 const Reason noHandle = QStringLiteral("wpa control handle is NULL");
 const Reason requestFailed = QStringLiteral("scan request failed");
 
 /// The daemon's answer up to its first zero byte; nothing where it does not answer.
 std::optional<QString> request(wpa_ctrl *ctrl, const char *command)
 {
-    std::array<char, bufferSize> answer{};
-    size_t length = answer.size() - 1;
-    if (wpa_ctrl_request(ctrl, command, qstrlen(command), answer.data(), &length, nullptr) < 0)
+    const auto answer = requestSupplicant(ctrl, command);
+    if (!answer)
         return {};
-    answer.at(length) = '\0';
-    return QString::fromLatin1(answer.data());
+    return QString::fromLatin1(answer->constData());
 }
 
 /// Writes the reason as a debug line, if there is one, and returns the answer.

@@ -3,8 +3,10 @@
 #include "error/debugline.h"
 #include "error/failure.h"
 #include "process/shell.h"
+#include "system/supplicantrequest.h"
 
 #include <QFile>
+#include <QMutex>
 
 #include <cstddef> // wpa_ctrl.h uses size_t and includes nothing
 
@@ -21,6 +23,21 @@ const QString controlSocket = QStringLiteral("/var/run/wpa_supplicant/wlan0");
 Error refuse(const char *reason)
 {
     return failure(ErrorId::General, QStringLiteral("SystemHelper: %1").arg(QLatin1String(reason)));
+}
+
+/// Opens one connection after the other: the control library numbers its sockets with a counter
+/// that is not atomic, and two of one name have only one of them answered.
+wpa_ctrl *openConnection()
+{
+    static QMutex mutex;
+    const QMutexLocker lock(&mutex);
+    return wpa_ctrl_open(controlSocket.toUtf8().constData());
+}
+
+void closeConnection(wpa_ctrl *ctrl)
+{
+    forgetSupplicantRequests(ctrl);
+    wpa_ctrl_close(ctrl);
 }
 
 } // namespace
@@ -56,11 +73,11 @@ Error SystemHelper::wpaSupplicantForceKill()
 
 std::pair<Error, wpa_ctrl *> SystemHelper::wpaSupplicantConnect()
 {
-    wpa_ctrl *ctrl = wpa_ctrl_open(controlSocket.toUtf8().constData());
+    wpa_ctrl *ctrl = openConnection();
     if (ctrl == nullptr)
         return {refuse("cannot open wpa_supplicant control interface"), nullptr};
-    if (wpa_ctrl_attach(ctrl) != 0) {
-        wpa_ctrl_close(ctrl);
+    if (requestSupplicant(ctrl, "ATTACH") != QByteArray("OK\n")) {
+        closeConnection(ctrl);
         return {refuse("cannot attach to wpa_supplicant control interface"), nullptr};
     }
     return {{}, ctrl};
@@ -72,8 +89,8 @@ Error SystemHelper::wpaSupplicantDisconnect(wpa_ctrl *ctrl)
         debugLine("wpaSupplicantDisconnect", ": wpa control handle is NULL");
         return {};
     }
-    wpa_ctrl_detach(ctrl);
-    wpa_ctrl_close(ctrl);
+    requestSupplicant(ctrl, "DETACH");
+    closeConnection(ctrl);
     return {};
 }
 

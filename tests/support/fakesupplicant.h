@@ -22,6 +22,8 @@ public:
     using Answers = QMap<QByteArray, QByteArrayList>;
     /// In place of a datagram: only what stands after it is still sent.
     static constexpr const char *death = "death";
+    /// In place of a datagram: half a second passes, the first time that the command comes.
+    static constexpr const char *pause = "pause";
 
     explicit FakeSupplicant(const Answers &answers)
         : m_answers({{"ATTACH", {"OK\n"}}, {"DETACH", {"OK\n"}}, {"SCAN", {"OK\n"}}})
@@ -63,9 +65,13 @@ private:
         while ((length = ::recvfrom(m_socket, command.data(), command.size(), 0, address, &size)) >
                0) {
             m_commands += QByteArray(command.data(), static_cast<int>(length));
-            for (const QByteArray &answer : m_answers.value(m_commands.last())) {
+            const QByteArrayList answers = m_answers.value(m_commands.last());
+            m_answers[m_commands.last()].removeAll(pause);
+            for (const QByteArray &answer : answers) {
                 if (answer == death)
                     ::shutdown(m_socket, SHUT_RD);
+                else if (answer == pause)
+                    ::usleep(500000);
                 else
                     ::sendto(m_socket, answer.constData(), answer.size(), 0, address, size);
             }
