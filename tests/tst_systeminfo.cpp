@@ -8,8 +8,10 @@
 
 #include <QJsonDocument>
 
+#include <atomic>
 #include <cstdarg>
 #include <cstring>
+#include <thread>
 
 #include <linux/wireless.h>
 #include <sys/syscall.h>
@@ -203,6 +205,26 @@ private Q_SLOTS:
         const MessageLog log;
         QTEST(SystemInfo::getBspId(), "id");
         QTEST(log.take().join('\n'), "message");
+    }
+
+    void severalThreads()
+    {
+        replace("/etc/build_id", "id 1.2");
+        std::atomic<int> failures = 0;
+        const auto ask = [&failures] {
+            for (int i = 0; i < 500; ++i) {
+                const QString &id = SystemInfo::getBspId();
+                const QString &address = SystemInfo::getFirstActiveNetworkIPv4();
+                ::sched_yield();
+                failures += id == "id 1.2" && address == "192.0.2.2" ? 0 : 1;
+            }
+        };
+        std::thread first(ask);
+        std::thread second(ask);
+        ask();
+        first.join();
+        second.join();
+        QCOMPARE(failures, 0);
     }
 
     void dateAndTime()

@@ -20,10 +20,10 @@ namespace aux
 ///     report.insert("serial", aux::SystemInfo::getSerialNumber());
 ///     report.insert("wlanMac", aux::SystemInfo::getWifiMac());
 ///
-/// *Guarantees*: reads only, and changes nothing on the terminal. Only isTouchscreenDetected runs
-/// a program or waits, for two seconds at most. Serial number and hardware addresses are found
-/// once and then stay for the life of the process; they are not locked, so their first calls
-/// belong to one thread, at start-up.
+/// *Guarantees*: reads only, and changes nothing on the terminal. Any thread may call. Only
+/// isTouchscreenDetected runs a program or waits, for two seconds at most. Serial number and
+/// hardware addresses are found once and then stay for the life of the process, as do references to
+/// them.
 class AUX_EXPORT SystemInfo
 {
 public:
@@ -61,7 +61,8 @@ public:
     ///
     /// The reason for an empty result goes to the debug log as "getBspId" and one of
     /// ": build id file does not exist", ": build id file exceeds size limit" or
-    /// ": cannot open build id file". The next call overwrites what the reference refers to.
+    /// ": cannot open build id file". The reference stays good for the calling thread until its
+    /// next call.
     static const QString &getBspId();
     /// @}
 
@@ -84,7 +85,7 @@ public:
     /// Returns the first IPv4 address of an Ethernet or Wi-Fi interface that is up; empty if none.
     ///
     /// Deliberately, where several interfaces have one, it is that of the last interface in the
-    /// system's order. The next call overwrites what the reference refers to.
+    /// system's order. The reference stays good for the calling thread until its next call.
     static const QString &getFirstActiveNetworkIPv4();
     /// Returns the time now in UTC: "year", "month" 1..12, "day" 1..31, "hour" 0..23, "minute" and
     /// "second" as numbers.
@@ -97,7 +98,8 @@ public:
     /// Waits for the program for two seconds; then it is killed together with all it has started,
     /// and what it has written until then counts. The reason for a false goes to the debug log as
     /// "isTouchscreenDetected" and ": touch screen ident process failed" (missing, or an exit code
-    /// other than 0) or ": touch screen not detected".
+    /// other than 0) or ": touch screen not detected". A thread that blocks SIGCHLD or a process
+    /// that ignores it changes nothing of this.
     static bool isTouchscreenDetected();
 };
 

@@ -69,7 +69,7 @@ const QString &SystemInfo::getVersion()
 
 const QString &SystemInfo::getBspId()
 {
-    static QString buildId;
+    thread_local QString buildId;
     buildId = readBuildId();
     return buildId;
 }

@@ -13,9 +13,22 @@ namespace
 
 constexpr int shortestSerialNumber = 5;
 
+/// A text once it is known: nobody refers to one that is still to be written.
+const QString &known(const QString &text)
+{
+    static const QString none;
+    return text.isEmpty() ? none : text;
+}
+
 } // namespace
 
 Error Identity::loadEthernetAddress()
+{
+    const QMutexLocker lock(&m_mutex);
+    return loadEthernetAddressLocked();
+}
+
+Error Identity::loadEthernetAddressLocked()
 {
     if (m_ethernetAddress.isEmpty())
         m_ethernetAddress = ethernetAddress(m_interfaces());
@@ -27,9 +40,10 @@ Error Identity::loadEthernetAddress()
 
 Error Identity::loadSerialNumber()
 {
+    const QMutexLocker lock(&m_mutex);
     if (!m_serialNumber.isEmpty())
         return {};
-    Error error = loadEthernetAddress();
+    Error error = loadEthernetAddressLocked();
     if (error.hasError())
         return error;
     // Deliberately of the cached address itself: the Wi-Fi address is derived from the bare digits.
@@ -43,15 +57,26 @@ Error Identity::loadSerialNumber()
     return {};
 }
 
+const QString &Identity::serialNumber() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return known(m_serialNumber);
+}
+
 const QString &Identity::wifiAddress()
 {
+    QMutexLocker lock(&m_mutex);
+    const char *fault = nullptr;
     if (m_wifiAddress.isEmpty()) {
         const WifiAddress derived = aux::wifiAddress(m_ethernetAddress);
-        if (derived.fault != nullptr)
-            debugLine("getWifiMac", derived.fault);
         m_wifiAddress = derived.address;
+        fault = derived.fault;
     }
-    return m_wifiAddress;
+    const QString &address = known(m_wifiAddress);
+    lock.unlock(); // a message handler may ask, too
+    if (fault != nullptr)
+        debugLine("getWifiMac", fault);
+    return address;
 }
 
 } // namespace aux

@@ -5,11 +5,14 @@
 #include "aux/error.h"
 #include "system/interfacelist.h"
 
+#include <QMutex>
+
 namespace aux
 {
 
-/// Serial number and hardware addresses, each derived on first use and then kept. SystemInfo has
-/// the one of the terminal and says what the operations promise.
+/// Serial number and hardware addresses, each derived on first use and then kept unchanged, so that
+/// a reference to one stays good in any thread. SystemInfo has the one of the terminal and says
+/// what the operations promise.
 class Identity
 {
 public:
@@ -17,10 +20,13 @@ public:
 
     Error loadEthernetAddress();
     Error loadSerialNumber();
-    const QString &serialNumber() const { return m_serialNumber; }
+    const QString &serialNumber() const;
     const QString &wifiAddress();
 
 private:
+    Error loadEthernetAddressLocked();
+
+    mutable QMutex m_mutex;
     InterfaceList (*m_interfaces)();
     QString m_ethernetAddress; // without its colons once the serial number is loaded
     QString m_serialNumber;

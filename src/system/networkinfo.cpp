@@ -12,7 +12,7 @@ QJsonObject SystemInfo::getNetworkInfo(const QString &iface)
 
 const QString &SystemInfo::getFirstActiveNetworkIPv4()
 {
-    static QString address;
+    thread_local QString address;
     address = activeIPv4(systemInterfaces());
     return address;
 }
