@@ -160,6 +160,9 @@ private Q_SLOTS:
         row("no peer", "ip link set eth0 up", "eth0", "\"eth0\" : no carrier");
         row("connected", "ip link set p up", "eth0", "\"eth0\" : carrier and up");
         row("dormant", "ip link set p mode dormant state dormant", "p", "\"p\" : not up");
+        row("a state that only contains up",
+            "echo lowerlayerup >/tmp/state; mount --bind /tmp/state /sys/class/net/p/operstate",
+            "p", "\"p\" : not up");
         row("unknown", "ip link set lo up", "lo", "\"lo\" : not up");
         row("state unreadable", "chmod 0 /sys/class/net/eth0/operstate", "eth0", closed);
         row("carrier unreadable", "chmod 0 /sys/class/net/eth0/carrier", "eth0", closed);
