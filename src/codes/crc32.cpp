@@ -6,13 +6,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 // A remainder is a polynomial over GF(2) in reflected form: bit 31 is the coefficient of x^0,
 // bit 0 that of x^31.
 //
 // The plain loop waits for each table look-up before it can start the next one. A long buffer is
-// therefore cut into eight stretches of equal length whose remainders do not wait for each other.
-// They are joined by the rule
+// therefore cut into stretches of equal length whose remainders do not wait for each other. They
+// are joined by the rule
 //     remainder(A then B) = remainder(A) * x^(8 * length of B) + remainder(B)   (mod polynomial)
 
 namespace aux
@@ -23,8 +24,8 @@ namespace
 
 using Remainder = std::uint32_t;
 
-/// Eight bytes read at once; with a remainder added to the low half it is a remainder on its way.
-using Word = std::uint64_t;
+/// Bytes read at once; with a remainder added to its lowest ones it is a remainder on its way.
+using Word = std::size_t;
 
 constexpr std::size_t wordSize = sizeof(Word);
 constexpr Remainder polynomial = 0xEDB88320U;
@@ -55,6 +56,16 @@ constexpr Word step(Word word)
     return table[word & 0xFFU] ^ (word >> 8U);
 }
 
+/// Appends as many bytes, without the counting of a loop.
+template <std::size_t bytes>
+constexpr Word steps(Word word)
+{
+    if constexpr (bytes == 0)
+        return word;
+    else
+        return steps<bytes - 1>(step(word));
+}
+
 Word wordAt(const unsigned char *data)
 {
     return qFromLittleEndian<Word>(data);
@@ -62,11 +73,8 @@ Word wordAt(const unsigned char *data)
 
 Remainder appendAll(Word remainder, const unsigned char *data, std::size_t length)
 {
-    for (; length >= wordSize; length -= wordSize, data += wordSize) {
-        remainder ^= wordAt(data);
-        for (std::size_t byte = 0; byte < wordSize; ++byte)
-            remainder = step(remainder);
-    }
+    for (; length >= wordSize; length -= wordSize, data += wordSize)
+        remainder = steps<wordSize>(remainder ^ wordAt(data));
     for (; length > 0; --length, ++data)
         remainder = step(remainder ^ *data);
     return static_cast<Remainder>(remainder);
@@ -94,45 +102,22 @@ constexpr Remainder shiftBy(std::size_t bytes)
     return result;
 }
 
-constexpr std::size_t stretches = 8;
-
-/// Appends eight stretches of `n` bytes each.
-template <std::size_t n>
-Remainder appendStretches(Word a, const unsigned char *data)
+/// Appends as many stretches as there are indices, of `n` bytes each.
+template <std::size_t n, std::size_t... stretch>
+Remainder appendStretches(Remainder remainder, const unsigned char *data,
+                          std::index_sequence<stretch...> /*indices*/)
 {
     static_assert(n % wordSize == 0);
-    // Eight names, not an array: they must live in registers, of which a 64-bit machine has enough.
-    Word b = 0;
-    Word c = 0;
-    Word d = 0;
-    Word e = 0;
-    Word f = 0;
-    Word g = 0;
-    Word h = 0;
+    // Only with indices that are constants do the words live in registers.
+    std::array<Word, sizeof...(stretch)> words{remainder};
     for (const unsigned char *end = data + n; data != end; data += wordSize) {
-        a ^= wordAt(data);
-        b ^= wordAt(data + n);
-        c ^= wordAt(data + 2 * n);
-        d ^= wordAt(data + 3 * n);
-        e ^= wordAt(data + 4 * n);
-        f ^= wordAt(data + 5 * n);
-        g ^= wordAt(data + 6 * n);
-        h ^= wordAt(data + 7 * n);
-        for (std::size_t byte = 0; byte < wordSize; ++byte) {
-            a = step(a);
-            b = step(b);
-            c = step(c);
-            d = step(d);
-            e = step(e);
-            f = step(f);
-            g = step(g);
-            h = step(h);
-        }
+        ((words[stretch] ^= wordAt(data + stretch * n)), ...);
+        for (std::size_t byte = 0; byte < wordSize; ++byte)
+            ((words[stretch] = step(words[stretch])), ...);
     }
     constexpr Remainder shift = shiftBy(n);
-    auto joined = static_cast<Remainder>(a);
-    for (const Word next : {b, c, d, e, f, g, h})
-        joined = multiply(joined, shift) ^ static_cast<Remainder>(next);
+    Remainder joined = 0;
+    ((joined = multiply(joined, shift) ^ static_cast<Remainder>(words[stretch])), ...);
     return joined;
 }
 
@@ -142,11 +127,11 @@ struct Rest {
     std::size_t length;
 };
 
-template <std::size_t n>
+template <std::size_t count, std::size_t n>
 Remainder appendWhileLong(Remainder remainder, Rest &rest)
 {
-    for (; rest.length >= stretches * n; rest.length -= stretches * n, rest.data += stretches * n)
-        remainder = appendStretches<n>(remainder, rest.data);
+    for (; rest.length >= count * n; rest.length -= count * n, rest.data += count * n)
+        remainder = appendStretches<n>(remainder, rest.data, std::make_index_sequence<count>());
     return remainder;
 }
 
@@ -154,13 +139,19 @@ Remainder appendWhileLong(Remainder remainder, Rest &rest)
 
 unsigned int crc32(unsigned int crc, unsigned char *data, unsigned int length)
 {
+    // As many stretches as the machine has registers for their words.
+    constexpr std::size_t many = wordSize == 8 ? 10 : 4;
+    constexpr std::size_t few = 4;
+    constexpr std::size_t shortest = 128;
     Rest rest{data, length};
     Remainder remainder = ~crc;
-    // Joining costs as much as some hundred bytes: the longer the stretches, the better.
-    remainder = appendWhileLong<65536>(remainder, rest);
-    remainder = appendWhileLong<8192>(remainder, rest);
-    remainder = appendWhileLong<1024>(remainder, rest);
-    remainder = appendWhileLong<128>(remainder, rest);
+    if (length >= few * shortest) {
+        // Joining costs as much as some hundred bytes: the longer the stretches, the better.
+        remainder = appendWhileLong<many, 6400>(remainder, rest); // 64 KiB, where there are ten
+        remainder = appendWhileLong<many, 800>(remainder, rest);
+        remainder = appendWhileLong<many, shortest>(remainder, rest);
+        remainder = appendWhileLong<few, shortest>(remainder, rest);
+    }
     return ~appendAll(remainder, rest.data, rest.length);
 }
 
