@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <aux/countrycodes.h>
 #include <aux/crc32.h>
+#include <aux/datahelper.h>
 
-#include <QtTest>
+#include "support/datarows.h"
+#include "support/observe.h"
 
 #include <vector>
 
@@ -41,7 +43,7 @@ private Q_SLOTS:
     void crcEqualsItsDefinitionAndContinues_data()
     {
         QTest::addColumn<int>("length");
-        for (const int length : {1, 7, 8, 9, 1023, 1024, 1025, 65537, 600001})
+        for (const int length : {1, 7, 8, 9, 511, 512, 1281, 65537, 600001})
             QTest::addRow("%d bytes", length) << length;
     }
     void crcEqualsItsDefinitionAndContinues()
@@ -79,6 +81,18 @@ private Q_SLOTS:
             {INT_MAX, "UNK"}, {INT_MIN, "UNK"}};
         for (const auto &[id, code] : codes)
             QCOMPARE(aux::CountryCodes::countryCodeFromStateID(id), QString(code));
+    }
+
+    void usbIds_data() { addRows("usbids.txt"); }
+    void usbIds()
+    {
+        QFETCH(QString, input);
+        QFETCH(QString, output);
+        QStringList list{"before"};
+        const QString error = text(aux::DataHelper::vIdpIdListFromString(input, list));
+        const bool fails = output == "error";
+        QCOMPARE(list.join(' '), fails ? "before" : output);
+        QCOMPARE(error, fails ? "libaux USB VID:PID list syntax error 10002" : QString());
     }
 };
 

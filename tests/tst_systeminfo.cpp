@@ -251,7 +251,7 @@ private Q_SLOTS:
         row("killed", marker + "kill -9 $$", failed);
         row("missing", QByteArray(), failed);
         // Deliberately a time-out is no failure. The sleep is a child of the program.
-        row("hanging", QByteArray("sleep 1000; true"), no);
+        row("listed too late", "sleep 8\n" + marker, no);
         row("hanging, but listed", marker + "sleep 1000; true", "");
     }
     void touchscreen()
