@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "aux/fshelper.h"
-#include "container/containerformat.h"
+#include "container/containerheader.h"
 #include "error/debugline.h"
-#include "error/reason.h"
-#include "fs/fileidentity.h"
+#include "fs/checksum.h"
 
 #include <QFile>
 #include <QFileInfo>
-
-#include <array>
 
 namespace aux
 {
@@ -16,19 +12,14 @@ namespace aux
 namespace
 {
 
-constexpr qint64 chunkSize = 4096;
-
 constexpr const char *packing = "packFileToBinContainer";
 constexpr const char *unpacking = "unpackFileFromBinContainer";
 
-const Reason tooSmall = QStringLiteral("Input file too small");
-
-std::pair<Error, QByteArray> digestOf(const QString &path, const char *operation)
+/// Passes the failure of a checksum on, which also goes to the debug log.
+Error passOn(const char *operation, const Error &error)
 {
-    auto [error, checksum] = FsHelper::generateChecksum(path);
-    if (error.hasError())
-        debugLine(operation, ": ", error);
-    return {std::move(error), QByteArray::fromHex(checksum.toLatin1())};
+    debugLine(operation, ": ", error);
+    return error;
 }
 
 QByteArray storedName(const QString &path)
@@ -37,84 +28,71 @@ QByteArray storedName(const QString &path)
     return name.left(static_cast<int>(qstrlen(name.constData()))); // up to the first zero byte
 }
 
-/// Copies what is left to read; what went wrong shows in the size of the output.
-void copyInChunks(QFile &input, QFile &output)
+/// Opens a file to write, emptied, unless it is the input.
+Reason openOutput(RegularFile &output, const RegularFile &input)
 {
-    std::array<char, chunkSize> chunk{};
-    qint64 length = 0;
-    while ((length = input.read(chunk.data(), chunkSize)) > 0)
-        output.write(chunk.data(), length);
+    if (!output.openForWriting())
+        return reason::cannotCreate.because(output.cause());
+    if (output.isSameAs(input))
+        return reason::cannotCreate.because(output.path(), QStringLiteral("is the input itself"));
+    return output.truncate() ? Reason() : reason::cannotCreate.because(output.cause());
 }
 
-/// Removes what could not be completed, but no pipe or device, which nothing here has made. Not
-/// QFile's own remove: that gives up where the closing flush fails, which is what a full disk does.
-void discard(QFile &output)
+/// Removes what could not be completed.
+void discard(RegularFile &output)
 {
     output.close();
-    if (QFileInfo(output.fileName()).isFile())
-        QFile::remove(output.fileName());
+    QFile::remove(output.path());
 }
 
-Error writeContainer(QFile &input, container::Type type, QFile &output)
+/// Writes the payload, then what stands in front of it: before that the file is no container.
+Error writeContainer(RegularFile &input, container::Type type, RegularFile &output)
 {
     const qint64 payloadSize = input.size();
-    const auto [error, digest] = digestOf(input.fileName(), packing);
+    const QByteArray name = storedName(input.path());
+    bool isWritten =
+        container::rowOf(type) != nullptr && output.seek(container::fixedSize + name.size());
+    qint64 copied = 0;
+    const auto copy = [&](const char *data, qint64 length) {
+        isWritten = isWritten && output.write(data, length);
+        copied += length;
+        return true; // an input that cannot be read counts for more than a full storage
+    };
+    const auto [error, digest] = digestOf(input, copy);
     if (error.hasError())
-        return error;
-    const auto header = container::encodeHeader(type, digest, storedName(input.fileName()),
-                                                static_cast<quint32>(payloadSize));
+        return passOn(packing, error);
+    const auto header =
+        container::encodeHeader(type, digest.raw(), name, static_cast<quint32>(payloadSize));
     if (!header)
         return refuse(packing, QStringLiteral("Invalid Filetype given"));
-
-    output.write(*header);
-    copyInChunks(input, output);
-    // Writes are buffered: only now it shows whether all of them reached the file, and whether the
-    // input still had the size that the header says.
-    if (!output.flush() || output.size() != header->size() + payloadSize)
-        return refuse(packing, reason::cannotWrite);
+    if (isWritten && copied != payloadSize)
+        return refuse(packing, reason::cannotWrite.because(input.path(),
+                                                           QStringLiteral("has changed its size")));
+    if (!isWritten || !output.seek(0) || !output.write(header->constData(), header->size()) ||
+        !output.close())
+        return refuse(packing, reason::cannotWrite.because(output.cause()));
     return {};
 }
 
-/// Writes the payload; removes the output where that fails.
-Error writePayload(QFile &output, const char *payload, qint64 length)
+/// Copies the payload to a new file; removes that where it fails.
+Reason writePayload(RegularFile &input, const container::Header &header, RegularFile &output)
 {
-    if (!output.open(QIODevice::WriteOnly))
-        return refuse(unpacking, reason::cannotCreate);
-    if (output.write(payload, length) != length || !output.flush()) {
+    Reason reason = openOutput(output, input);
+    if (!reason.isNone())
+        return reason;
+    bool isWritten = true;
+    const bool isRead =
+        input.seek(header.payloadOffset()) &&
+        input.readExactly(header.payloadLength, [&](const char *data, qint64 length) {
+            return isWritten = output.write(data, length);
+        });
+    if (!isWritten || (isRead && !output.close()))
+        reason = reason::cannotWrite.because(output.cause());
+    else if (!isRead)
+        reason = reason::cannotRead.because(input.cause());
+    if (!reason.isNone())
         discard(output);
-        return refuse(unpacking, reason::cannotWrite);
-    }
-    output.close();
-    return {};
-}
-
-Error unpackMapped(QFile &input, const char *data, DataHelper::ZEL_FILE_TYPE &type,
-                   const QString &outDir, QString &outFile)
-{
-    type = container::parseType(data);
-    if (type == container::Type::Unknown)
-        return refuse(unpacking, QStringLiteral("Invalid magic"));
-    const auto header = container::parseHeader(data, input.size());
-    if (!header || input.size() < header->containerSize())
-        return refuse(unpacking, tooSmall);
-
-    const QString name = outFile.isEmpty() ? header->fileName() : outFile;
-    const QString path = outDir + QLatin1Char('/') + name;
-    // Truncating the mapped container would kill the process at the first access.
-    if (name.isEmpty() || isSameFile(path, input.fileName()))
-        return refuse(unpacking, reason::cannotCreate);
-    QFile output(path);
-    Error error = writePayload(output, data + header->payloadOffset(), header->payloadLength);
-    if (error.hasError())
-        return error;
-
-    const auto [digestError, digest] = digestOf(path, unpacking);
-    if (digestError.hasError())
-        return digestError;
-    if (digest != header->digest)
-        return refuse(unpacking, QStringLiteral("SHA256sum check failed"));
-    outFile = path;
-    return {};
+    return reason;
 }
 
 } // namespace
@@ -122,14 +100,16 @@ Error unpackMapped(QFile &input, const char *data, DataHelper::ZEL_FILE_TYPE &ty
 Error DataHelper::packFileToBinContainer(const QString &inFile, ZEL_FILE_TYPE type,
                                          const QString &outFile)
 {
-    QFile input(inFile);
-    if (!input.open(QIODevice::ReadOnly))
-        return refuse(packing, reason::cannotRead);
-    QFile output(outFile);
-    // Qt would take a name up to its first NUL.
-    if (input.size() > container::maximumPayload || isSameFile(inFile, outFile) ||
-        outFile.contains(QChar::Null) || !output.open(QIODevice::WriteOnly))
-        return refuse(packing, reason::cannotCreate);
+    RegularFile input(inFile);
+    if (!input.openForReading())
+        return refuse(packing, reason::cannotRead.because(input.cause()));
+    if (input.size() > container::maximumPayload)
+        return refuse(packing,
+                      reason::cannotCreate.because(inFile, QStringLiteral("has 4 GiB or more")));
+    RegularFile output(outFile);
+    const Reason refusal = openOutput(output, input);
+    if (!refusal.isNone())
+        return refuse(packing, refusal);
     Error error = writeContainer(input, type, output);
     if (error.hasError())
         discard(output);
@@ -139,15 +119,35 @@ Error DataHelper::packFileToBinContainer(const QString &inFile, ZEL_FILE_TYPE ty
 Error DataHelper::unpackFileFromBinContainer(const QString &inFile, ZEL_FILE_TYPE &type,
                                              const QString &outDir, QString &outFile)
 {
-    QFile input(inFile);
-    if (!input.open(QIODevice::ReadOnly))
-        return refuse(unpacking, reason::cannotRead);
-    if (input.size() < container::minimumSize)
-        return refuse(unpacking, tooSmall);
-    const uchar *mapping = input.map(0, input.size());
-    if (mapping == nullptr)
-        return refuse(unpacking, reason::cannotRead);
-    return unpackMapped(input, reinterpret_cast<const char *>(mapping), type, outDir, outFile);
+    RegularFile input(inFile);
+    if (!input.openForReading())
+        return refuse(unpacking, reason::cannotRead.because(input.cause()));
+    container::Header header;
+    header.type = type;
+    Reason refusal = container::readHeader(input, header);
+    type = header.type;
+    if (refusal.isNone() && input.size() < header.containerSize())
+        refusal = container::tooSmall;
+    if (!refusal.isNone())
+        return refuse(unpacking, refusal);
+
+    const QString name = outFile.isEmpty() ? header.fileName() : outFile;
+    if (name.isEmpty())
+        return refuse(unpacking, reason::cannotCreate.because(
+                                     inFile, QStringLiteral("stores no plain file name")));
+    const QString path = outDir + QLatin1Char('/') + name;
+    RegularFile output(path);
+    refusal = writePayload(input, header, output);
+    if (!refusal.isNone())
+        return refuse(unpacking, refusal);
+
+    const auto [error, digest] = digestOf(path);
+    if (error.hasError())
+        return passOn(unpacking, error);
+    if (digest.raw() != header.digest)
+        return refuse(unpacking, QStringLiteral("SHA256sum check failed"));
+    outFile = path;
+    return {};
 }
 
 } // namespace aux

@@ -4,7 +4,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <climits>
 
 namespace aux::container
 {
@@ -19,9 +18,9 @@ QByteArray encodeLength(quint32 length)
     return bytes;
 }
 
-qint64 decodeLength(const char *data)
+Type typeOfMagic(const QByteArray &magic)
 {
-    return qFromLittleEndian<quint32>(data);
+    return magic.startsWith(brand) ? typeOfTag(magic.mid(brandSize)) : Type::Unknown;
 }
 
 } // namespace
@@ -34,10 +33,7 @@ bool isPlainName(const QString &name)
 
 QString Header::fileName() const
 {
-    // No file system takes a longer name, and Qt's string functions take the length as an int.
-    if (nameLength > NAME_MAX)
-        return {};
-    const QString text = QString::fromUtf8(name, static_cast<int>(nameLength));
+    const QString text = QString::fromUtf8(name.constData(), name.size()); // beyond a NUL too
     return isPlainName(text) ? text : QString();
 }
 
@@ -64,25 +60,18 @@ std::optional<QByteArray> encodeHeader(Type type, const QByteArray &digest, cons
            name + encodeLength(payloadLength);
 }
 
-Type parseType(const char *data)
-{
-    const QByteArray magic(data, magicSize);
-    return magic.startsWith(brand) ? typeOfTag(magic.mid(brandSize)) : Type::Unknown;
-}
-
-std::optional<Header> parseHeader(const char *data, qint64 size)
+Header parseFront(const char *data)
 {
     Header header;
-    header.type = parseType(data);
+    header.type = typeOfMagic(QByteArray(data, magicSize));
     header.digest = QByteArray(data + digestOffset, digestSize);
-    header.nameLength = decodeLength(data + nameLengthOffset);
-    // In 64 bits, where a length near 2^32 does not wrap to a small sum. One byte beyond the
-    // payload's length is asked for on purpose.
-    if (size < header.payloadOffset() + 1)
-        return std::nullopt;
-    header.name = data + nameOffset;
-    header.payloadLength = decodeLength(header.name + header.nameLength);
+    header.nameLength = parseLength(data + nameLengthOffset);
     return header;
+}
+
+qint64 parseLength(const char *data)
+{
+    return qFromLittleEndian<quint32>(data);
 }
 
 } // namespace aux::container

@@ -3,6 +3,7 @@
 #define AUX_CONTAINER_CONTAINERFORMAT_H
 
 #include "aux/datahelper.h"
+#include "fs/digest.h"
 
 #include <QByteArray>
 
@@ -41,7 +42,7 @@ constexpr int brandSize = 4;
 constexpr int tagSize = 4;
 
 constexpr int magicSize = brandSize + tagSize;
-constexpr int digestSize = 32;
+constexpr int digestSize = Digest::size;
 constexpr int lengthSize = 4;
 
 constexpr int digestOffset = magicSize;
@@ -64,8 +65,8 @@ bool isPlainName(const QString &name);
 struct Header {
     Type type = Type::Unknown;
     QByteArray digest;
-    const char *name = nullptr; // in the memory that was parsed
     qint64 nameLength = 0;
+    QByteArray name; // left empty where it is too long for any file system
     qint64 payloadLength = 0;
 
     qint64 payloadOffset() const { return fixedSize + nameLength; }
@@ -85,13 +86,11 @@ Type typeOfTag(const QByteArray &tag);
 std::optional<QByteArray> encodeHeader(Type type, const QByteArray &digest, const QByteArray &name,
                                        quint32 payloadLength);
 
-/// Reads the magic at the start of a file of at least minimumSize bytes; Unknown if it is none.
-Type parseType(const char *data);
+/// Reads type, digest and name length from the first nameOffset bytes.
+Header parseFront(const char *data);
 
-/// Reads everything in front of the payload of a file of at least minimumSize bytes, whatever its
-/// magic; nothing where the file is too small to hold the name and one byte more. Whether the
-/// payload is all there is for the caller to check.
-std::optional<Header> parseHeader(const char *data, qint64 size);
+/// Reads a length of lengthSize bytes.
+qint64 parseLength(const char *data);
 
 } // namespace aux::container
 

@@ -6,18 +6,14 @@
 #include "fs/digest.h"
 #include "fs/regularfile.h"
 
-#include <functional>
+#include <utility>
 
 namespace aux
 {
 
-/// How much of a file is in memory at a time, in bytes.
-constexpr int pieceSize = 64 * 1024;
-
-/// Reads an open file to its end, in pieces, and returns the digest of what was read. Each piece is
-/// also handed to `take`. The failures are those of FsHelper::generateChecksum.
-std::pair<Error, Digest> digestOf(RegularFile &file,
-                                  const std::function<void(const char *data, qint64 length)> &take);
+/// Reads an open file to its end and returns the digest of what was read. Each piece is also handed
+/// to `take`. The failures are those of FsHelper::generateChecksum.
+std::pair<Error, Digest> digestOf(RegularFile &file, const TakePiece &take);
 
 /// Returns the digest of the file at the path, with the failures of FsHelper::generateChecksum.
 std::pair<Error, Digest> digestOf(const QString &path);

@@ -4,7 +4,9 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
+#include <limits>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,7 +18,8 @@ namespace aux
 namespace
 {
 
-constexpr mode_t newFileMode = 0666; // less the umask
+constexpr mode_t newFileMode = 0666;    // less the umask
+constexpr qint64 pieceSize = 64 * 1024; // how much of a file is in memory at a time
 
 /// Calls again what a signal has interrupted.
 template <typename Call>
@@ -44,10 +47,9 @@ int Descriptor::release()
     return std::exchange(m_number, -1);
 }
 
-void Descriptor::close()
+bool Descriptor::close()
 {
-    if (isOpen())
-        ::close(release());
+    return !isOpen() || ::close(release()) == 0;
 }
 
 bool RegularFile::openForReading()
@@ -77,21 +79,9 @@ bool RegularFile::isSameAs(const RegularFile &other) const
            mine.st_dev == others.st_dev && mine.st_ino == others.st_ino;
 }
 
-qint64 RegularFile::read(char *data, qint64 size)
+bool RegularFile::close()
 {
-    qint64 done = 0;
-    while (done < size) {
-        const ssize_t length = uninterrupted(
-            [&] { return ::read(handle(), data + done, static_cast<std::size_t>(size - done)); });
-        if (length < 0) {
-            failed(errno);
-            return -1;
-        }
-        if (length == 0)
-            break;
-        done += length;
-    }
-    return done;
+    return m_descriptor.close() || failed(errno);
 }
 
 std::optional<QByteArray> RegularFile::readUpTo(int maximum)
@@ -102,6 +92,18 @@ std::optional<QByteArray> RegularFile::readUpTo(int maximum)
         return std::nullopt;
     content.truncate(static_cast<int>(length));
     return content;
+}
+
+bool RegularFile::readToEnd(const TakePiece &take)
+{
+    const qint64 done = readPieces(std::numeric_limits<qint64>::max(), take);
+    return done >= 0 && (done >= size() || endsEarly());
+}
+
+bool RegularFile::readExactly(qint64 length, const TakePiece &take)
+{
+    const qint64 done = readPieces(length, take);
+    return done >= 0 && (done == length || endsEarly());
 }
 
 bool RegularFile::write(const char *data, qint64 size)
@@ -146,6 +148,46 @@ bool RegularFile::open(int flags)
         return true;
     m_descriptor.close();
     return failed(QStringLiteral("not a regular file"));
+}
+
+/// Reads up to `size` bytes, fewer only at the end of the file; -1 where the medium fails.
+qint64 RegularFile::read(char *data, qint64 size)
+{
+    qint64 done = 0;
+    while (done < size) {
+        const ssize_t length = uninterrupted(
+            [&] { return ::read(handle(), data + done, static_cast<std::size_t>(size - done)); });
+        if (length < 0) {
+            failed(errno);
+            return -1;
+        }
+        if (length == 0)
+            break;
+        done += length;
+    }
+    return done;
+}
+
+/// The same without having all of it in memory.
+qint64 RegularFile::readPieces(qint64 length, const TakePiece &take)
+{
+    const qint64 pieceLength = std::min(length, pieceSize);
+    QByteArray piece(static_cast<int>(pieceLength), Qt::Uninitialized);
+    qint64 done = 0;
+    while (done < length) {
+        const qint64 got = read(piece.data(), std::min(length - done, pieceLength));
+        if (got < 0)
+            return -1;
+        if (got == 0 || !take(piece.constData(), got))
+            break;
+        done += got;
+    }
+    return done;
+}
+
+bool RegularFile::endsEarly()
+{
+    return failed(QStringLiteral("shorter than its size"));
 }
 
 bool RegularFile::failed(const QString &explanation)

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -26,11 +27,15 @@ public:
     int number() const { return m_number; }
     /// Hands the descriptor to a caller who closes it.
     int release();
-    void close();
+    /// False where something that was written has been lost.
+    bool close();
 
 private:
     int m_number;
 };
+
+/// Takes a piece of what is read; false to read no further.
+using TakePiece = std::function<bool(const char *data, qint64 length)>;
 
 /// A regular file, or a link to one, that is read or written in pieces without a buffer.
 ///
@@ -54,13 +59,16 @@ public:
     qint64 size() const;
     /// Whether both are open and one file, under whatever names.
     bool isSameAs(const RegularFile &other) const;
-    void close() { m_descriptor.close(); }
+    /// False where something that was written has been lost.
+    bool close();
 
-    /// Reads up to `size` bytes; fewer only at the end of the
-    /// file. Returns how many; -1 where the medium failed.
-    qint64 read(char *data, qint64 size);
-    /// Reads what is left, up to so many bytes; nothing where the medium failed.
+    /// Reads what is left, up to so many bytes; nothing where the medium fails.
     std::optional<QByteArray> readUpTo(int maximum);
+    /// Reads what is left, in pieces of 64 KiB; false where the medium fails, or where the file
+    /// ends before its size, as those of sysfs do.
+    bool readToEnd(const TakePiece &take);
+    /// Reads so many bytes in such pieces; false where the medium fails or the file ends before.
+    bool readExactly(qint64 length, const TakePiece &take);
     /// Writes all of it; false where that is not possible, with any part of it written.
     bool write(const char *data, qint64 size);
     /// Goes to an offset to read or write from there.
@@ -73,6 +81,9 @@ public:
 
 private:
     bool open(int flags);
+    qint64 read(char *data, qint64 size);
+    qint64 readPieces(qint64 length, const TakePiece &take);
+    bool endsEarly();
     bool failed(const QString &explanation);
     bool failed(int error);
 

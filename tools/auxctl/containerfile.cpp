@@ -3,8 +3,6 @@
 
 #include "progress.h"
 
-#include <QCryptographicHash>
-
 namespace auxctl
 {
 
@@ -45,17 +43,13 @@ aux::container::Type typeFromName(const QString &name)
 
 ContainerFile::ContainerFile(const QString &path) : m_file(path)
 {
-    if (!m_file.open(QIODevice::ReadOnly))
-        failOn("open", m_file);
-    const uchar *mapping = m_file.size() < aux::container::minimumSize
-                               ? nullptr
-                               : m_file.map(0, m_file.size()); // only the header's pages are read
-    const char *data = reinterpret_cast<const char *>(mapping);
-    const auto header =
-        data == nullptr ? std::nullopt : aux::container::parseHeader(data, m_file.size());
-    if (!header || header->type == aux::container::Type::Unknown)
+    if (!m_file.openForReading())
+        fail(QStringLiteral("cannot open ") + m_file.cause());
+    const aux::Reason reason = aux::container::readHeader(m_file, m_header);
+    if (!reason.cause().isNull())
+        fail(QStringLiteral("cannot read ") + reason.cause());
+    if (!reason.isNone())
         fail(QStringLiteral("%1 is no container").arg(path));
-    m_header = *header;
 }
 
 bool ContainerFile::isComplete() const
@@ -65,19 +59,15 @@ bool ContainerFile::isComplete() const
 
 bool ContainerFile::hasDigest()
 {
-    const Progress progress(m_file.fileName());
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    constexpr qint64 pieceSize = 1 << 16;
-    m_file.seek(m_header.payloadOffset());
-    qint64 left = m_header.payloadLength;
-    while (left > 0) {
-        const QByteArray piece = m_file.read(std::min(left, pieceSize));
-        if (piece.isEmpty())
-            return false;
-        hash.addData(piece);
-        left -= piece.size();
-    }
-    return hash.result() == m_header.digest;
+    const Progress progress(m_file.path());
+    aux::Digest digest;
+    const bool isRead =
+        m_file.seek(m_header.payloadOffset()) &&
+        m_file.readExactly(m_header.payloadLength, [&](const char *data, qint64 length) {
+            digest.add(data, length);
+            return true;
+        });
+    return isRead && digest.raw() == m_header.digest;
 }
 
 Record ContainerFile::description() const

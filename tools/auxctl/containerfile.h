@@ -3,9 +3,7 @@
 #define AUXCTL_CONTAINERFILE_H
 
 #include "command.h"
-#include "container/containerformat.h"
-
-#include <QFile>
+#include "container/containerheader.h"
 
 namespace auxctl
 {
@@ -26,7 +24,7 @@ public:
     [[nodiscard]] Record description() const;
 
 private:
-    QFile m_file;
+    aux::RegularFile m_file;
     aux::container::Header m_header;
 };
 
