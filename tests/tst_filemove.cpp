@@ -3,10 +3,12 @@
 
 #include "support/datadirectories.h"
 #include "support/observe.h"
+#include "support/rows.h"
 
-#include <QtTest>
+#include <thread>
 
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 using aux::DirLocation;
@@ -19,10 +21,22 @@ extern "C" void sync() noexcept // the library's
 }
 
 static int flushesBeforeRemoval = 0;
-extern "C" int syncfs(int) noexcept // the library's
+static unsigned int flushingTakes = 0; // microseconds
+extern "C" int syncfs(int) noexcept    // the library's
 {
+    ::usleep(flushingTakes);
     flushesBeforeRemoval += QFile::exists(inNew + "f") ? 1 : 0;
     return 0;
+}
+
+static bool canKeepNames = true; // as most file systems can
+extern "C" int renameat2(int from, const char *name, int to, const char *newName,
+                         unsigned int flags) noexcept // the library's
+{
+    if (canKeepNames)
+        return static_cast<int>(::syscall(SYS_renameat2, from, name, to, newName, flags));
+    errno = EINVAL;
+    return -1;
 }
 
 namespace
@@ -51,14 +65,9 @@ private Q_SLOTS:
 
     void newFile_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("newName");
-        QTest::addColumn<QString>("checksum"); // null: not checked
-        QTest::addColumn<QString>("moved");
-        const QString good = sha256("content");
-        QTest::newRow("bare name") << "f" << QString() << QString() << "f";
-        QTest::newRow("only the last components count") << "/else/where/f"
-                                                        << "x/y.bin" << good << "y.bin";
+        columns<QString, QString, QString, QString>("name", "newName", "checksum", "moved");
+        row("bare name", "f", QString(), QString(), "f");
+        row("last components count", "/else/where/f", "x/y.bin", sha256("content"), "y.bin");
     }
     void newFile()
     {
@@ -76,10 +85,7 @@ private Q_SLOTS:
     /// Nothing is lost and nothing is flushed.
     void refusedMove_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("newName");
-        QTest::addColumn<QString>("checksum");
-        QTest::addColumn<QString>("error");
+        columns<QString, QString, QString, QString>("name", "newName", "checksum", "error");
         const QString mismatch =
             QStringLiteral("libaux FileHandler: source file checksum mismatch 10005");
         const QString missing =
@@ -87,32 +93,23 @@ private Q_SLOTS:
         const QString failed =
             QStringLiteral("libaux FileHandler: moving source file to destination failed 10004");
         const QString wrong = sha256("other");
-        QTest::newRow("wrong checksum") << "f" << QString() << wrong << mismatch;
-        QTest::newRow("empty checksum") << "f" << QString() << "" << mismatch;
-        QTest::newRow("empty checksum of a duplicate") << "f"
-                                                       << "corrupt"
-                                                       << "" << mismatch;
-        QTest::newRow("both wrong") << "f"
-                                    << "corrupt" << wrong << mismatch;
-        QTest::newRow("missing") << "g" << QString() << QString() << missing;
-        QTest::newRow("NUL in the name")
-            << QString::fromLatin1("f\0g", 3) << QString() << QString() << missing;
-        QTest::newRow("owner may not read") << "unreadable" << QString() << wrong
-                                            << "libaux FileHandler: cannot read source file 10003";
-        QTest::newRow("destination is a directory") << "f"
-                                                    << "directory" << QString() << failed;
-        QTest::newRow("new name ends in a separator") << "f"
-                                                      << "x/" << QString() << failed;
-        QTest::newRow("new name is the parent") << "f"
-                                                << ".." << QString() << failed;
-        QTest::newRow("new name has a NUL")
-            << "f" << QString::fromLatin1("a\0b", 3) << QString() << failed;
-        QTest::newRow("destination is a dangling link") << "f"
-                                                        << "dangling" << QString() << failed;
-        QTest::newRow("source is a directory") << "directory"
-                                               << "g" << QString() << failed;
-        QTest::newRow("name is the source directory") << "x/"
-                                                      << "g" << QString() << failed;
+        const QString none;
+        row("wrong checksum", "f", none, wrong, mismatch);
+        row("empty checksum", "f", none, "", mismatch);
+        row("empty checksum of a duplicate", "f", "corrupt", "", mismatch);
+        row("both wrong", "f", "corrupt", wrong, mismatch);
+        row("missing", "g", none, none, missing);
+        row("NUL in the name", QString::fromLatin1("f\0g", 3), none, none, missing);
+        row("owner may not read", "unreadable", none, wrong,
+            "libaux FileHandler: cannot read source file 10003");
+        row("destination is a directory", "f", "directory", none, failed);
+        row("new name ends in a separator", "f", "x/", none, failed);
+        row("new name is the parent", "f", "..", none, failed);
+        row("new name has a NUL", "f", QString::fromLatin1("a\0b", 3), none, failed);
+        row("destination is a dangling link", "f", "dangling", none, failed);
+        row("source is a directory", "directory", "g", none, failed);
+        row("name is the source directory", "x/", "g", none, failed);
+        row("source is a FIFO", "fifo", "g", none, failed);
     }
     void refusedMove()
     {
@@ -123,12 +120,12 @@ private Q_SLOTS:
         write(inNew + "unreadable", "content");
         QFile::setPermissions(inNew + "unreadable", QFileDevice::WriteOwner);
         QDir().mkdir(inNew + "directory");
+        ::mkfifo(qPrintable(inNew + "fifo"), 0600);
         write(inArchive + "corrupt", "corrupt");
         QDir().mkdir(inArchive + "directory");
         QFile::link(QStringLiteral("nowhere"), inArchive + "dangling");
         QTEST(move(name, newName, checksum), "error");
-        QCOMPARE(QDir(inNew).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-                 QStringList({"directory", "f", "unreadable"}));
+        QCOMPARE(filesIn(inNew), QStringList({"directory", "f", "fifo", "unreadable"}));
         QCOMPARE(read(inNew + "f"), QByteArray("content"));
         QCOMPARE(read(inArchive + "corrupt"), QByteArray("corrupt"));
         QVERIFY(!QFile::exists(inArchive + "nowhere"));
@@ -179,6 +176,60 @@ private Q_SLOTS:
         QCOMPARE(read(inNew + "hard"), QByteArray("content"));
     }
 
+    /// The one file is there under two names that nothing but its inode connects.
+    void mountedOntoTheDestination()
+    {
+        write(inNew + "f", "content");
+        write(inArchive + "f", "");
+        QCOMPARE(::mount(qPrintable(inNew + "f"), qPrintable(inArchive + "f"), nullptr, MS_BIND,
+                         nullptr),
+                 0);
+        const QString error = move(QStringLiteral("f"));
+        ::umount(qPrintable(inArchive + "f"));
+        QCOMPARE(error, QString());
+        QCOMPARE(read(inNew + "f"), QByteArray("content"));
+    }
+
+    /// Where the file system cannot see to it that the new name is free.
+    void plainRename()
+    {
+        canKeepNames = false;
+        const auto restore = qScopeGuard([] { canKeepNames = true; });
+        write(inNew + "f", "content");
+        QFile::link(QStringLiteral("nowhere"), inArchive + "g");
+        QVERIFY(!move(QStringLiteral("f"), QStringLiteral("g")).isEmpty());
+        QCOMPARE(move(QStringLiteral("f")), QString());
+        QCOMPARE(read(inArchive + "f"), QByteArray("content"));
+    }
+
+    /// Each of two equal files is a duplicate of the other.
+    void crosswise()
+    {
+        flushingTakes = 2000; // during which the other move goes on, if it may
+        const auto restore = qScopeGuard([] { flushingTakes = 0; });
+        write(inNew + "f", "content");
+        write(inArchive + "f", "content");
+        std::thread other([] {
+            QCOMPARE(text(FsHelper::fileMove(DirLocation::Archive, DirLocation::New, "f", {}, false,
+                                             {})),
+                     QString());
+        });
+        QCOMPARE(move(QStringLiteral("f")), QString());
+        other.join();
+        QCOMPARE(filesIn(inNew).size() + filesIn(inArchive).size(), 1);
+    }
+
+    void destinationThatCannotBeListed()
+    {
+        write(inNew + "f", "content");
+        write(inArchive + "f", "content");
+        ::chmod(qPrintable(inArchive), 0333);
+        const QString error = move(QStringLiteral("f"));
+        ::chmod(qPrintable(inArchive), 0700);
+        QCOMPARE(error, QString());
+        QVERIFY(!QFile::exists(inNew + "f"));
+    }
+
     void removalOfADuplicateFails()
     {
         write(inNew + "f", "content");
@@ -193,21 +244,23 @@ private Q_SLOTS:
 
     void otherFileSystem_data()
     {
-        QTest::addColumn<QByteArray>("options");
-        QTest::addColumn<QString>("error");
-        QTest::newRow("one page less than file and head-room")
-            << QByteArray("size=64m")
-            << "libaux FileHandler: not enough space in destination 10006";
-        QTest::newRow("enough, but a rename does not get there")
-            << QByteArray("size=65m")
-            << "libaux FileHandler: moving source file to destination failed 10004";
+        columns<QByteArray, QString, QString>("options", "error", "cause");
+        row("one page less than file and head-room", QByteArray("size=64m"),
+            "libaux FileHandler: not enough space in destination 10006",
+            "/data/zel/rk4/archive: No space left on device");
+        row("enough, but a rename does not get there", QByteArray("size=65m"),
+            "libaux FileHandler: moving source file to destination failed 10004",
+            inArchive + "f: Invalid cross-device link");
     }
     void otherFileSystem()
     {
         QFETCH(QByteArray, options);
         const SmallFileSystem other(inArchive, options);
         write(inNew + "f", "content");
-        QTEST(move(QStringLiteral("f")), "error");
+        const aux::Error error =
+            FsHelper::fileMove(DirLocation::New, DirLocation::Archive, "f", {}, false, {});
+        QTEST(text(error), "error");
+        QTEST(error.getExtraData(), "cause");
         QCOMPARE(read(inNew + "f"), QByteArray("content"));
         QVERIFY(QDir(inArchive).isEmpty());
     }

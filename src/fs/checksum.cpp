@@ -51,24 +51,31 @@ std::pair<Error, QString> FsHelper::generateChecksum(const QString &filePath)
     return {std::move(error), checksum};
 }
 
-bool FsHelper::validateChecksum(const QString &filePath, const QString &checksum)
+Verdict compareChecksum(const QString &path, const QString &checksum)
 {
     const auto refuse = [](const auto &...reason) {
         debugLine("validateChecksum", reason...);
-        return false;
+        return Verdict{false, {}};
     };
-    if (filePath.isEmpty())
+    if (path.isEmpty())
         return refuse(": invalid path parameter");
     if (checksum.isEmpty())
         return refuse(": invalid checksum parameter");
-    if (!QFile::exists(filePath))
+    if (!QFile::exists(path))
         return refuse(": path does not exist");
-    const auto [error, actual] = generateChecksum(filePath);
-    if (error.hasError())
-        return refuse(": ", error);
+    const auto [error, actual] = FsHelper::generateChecksum(path);
+    if (error.hasError()) {
+        refuse(": ", error);
+        return {false, error.getExtraData()};
+    }
     if (actual != checksum)
         return refuse(": checksum mismatch");
-    return true;
+    return {true, {}};
+}
+
+bool FsHelper::validateChecksum(const QString &filePath, const QString &checksum)
+{
+    return compareChecksum(filePath, checksum).isGood;
 }
 
 } // namespace aux

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "fs/datadirectories.h"
+#include "error/failure.h"
 
 #include <QDir>
 #include <QFile>
@@ -7,6 +8,9 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <cerrno>
+
+#include <unistd.h>
 
 namespace aux
 {
@@ -72,6 +76,15 @@ bool directoryExists(DirLocation location)
 {
     const QString path = FsHelper::dirLocationToFullPath(location);
     return !path.isEmpty() && QDir(path).exists();
+}
+
+QString causeOfMissing(DirLocation location)
+{
+    const QString path = FsHelper::dirLocationToFullPath(location);
+    if (path.isEmpty())
+        return {};
+    return causeOf(path,
+                   ::access(QFile::encodeName(path).constData(), F_OK) != 0 ? errno : ENOTDIR);
 }
 
 QString FsHelper::dirLocationToString(DirLocation location)

@@ -24,6 +24,9 @@ const QVector<DataDirectory> &dataDirectories();
 /// path, which Qt would take for the current directory.
 bool directoryExists(DirLocation location);
 
+/// Says why a location is no directory; null where the location is invalid.
+QString causeOfMissing(DirLocation location);
+
 } // namespace aux
 
 #endif

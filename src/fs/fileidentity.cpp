@@ -4,25 +4,11 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <optional>
-
-#include <sys/stat.h>
-
 namespace aux
 {
 
 namespace
 {
-
-using Status = struct stat;
-
-std::optional<Status> statusOf(const QString &path)
-{
-    Status status{};
-    if (stat(QFile::encodeName(path).constData(), &status) != 0)
-        return std::nullopt;
-    return status;
-}
 
 std::optional<Status> statusOfEntry(const QString &path)
 {
@@ -43,6 +29,14 @@ bool isSameEntry(const QFileInfo &a, const QFileInfo &b)
 }
 
 } // namespace
+
+std::optional<Status> statusOf(const QString &path)
+{
+    Status status{};
+    if (path.contains(QChar::Null) || stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return status;
+}
 
 bool isSameFile(const QString &path, const QString &otherPath)
 {

@@ -4,8 +4,17 @@
 
 #include <QString>
 
+#include <optional>
+
+#include <sys/stat.h>
+
 namespace aux
 {
+
+using Status = struct stat;
+
+/// What is known of the file that a path leads to, links followed; nothing where there is none.
+std::optional<Status> statusOf(const QString &path);
 
 /// Returns whether both paths lead to one file (same device and inode), links followed.
 bool isSameFile(const QString &path, const QString &otherPath);

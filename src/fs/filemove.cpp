@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "error/failure.h"
+#include "fs/checksum.h"
 #include "fs/datadirectories.h"
 #include "fs/fileidentity.h"
 #include "fs/storage.h"
+#include "fs/turn.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -20,70 +22,122 @@ namespace
 {
 
 struct Move {
-    QFileInfo source; // asks the file system once
-    DirLocation to;
+    Turn turn;
+    QString source;
     QString destination;
+    DirLocation to;
+    std::optional<Status> status; // of the source, links followed
     QString checksum;
     bool checkChecksum;
 
-    bool hasChecksum(const QString &path) const
+    Verdict verdictOn(const QString &path) const
     {
-        return !checkChecksum || FsHelper::validateChecksum(path, checksum);
+        return checkChecksum ? compareChecksum(path, checksum) : Verdict{true, {}};
     }
 };
 
-Error checksumMismatch()
+Error checksumMismatch(const Verdict &verdict)
 {
     return failure(ErrorId::ChecksumMismatch,
-                   QStringLiteral("FileHandler: source file checksum mismatch"));
+                   QStringLiteral("FileHandler: source file checksum mismatch"), verdict.cause);
 }
 
-/// Gives a file another name within its file system. Unlike QFile::rename it never copies (a copy
-/// that replaces the only original may not be on the storage yet when the power fails), never
-/// writes through a dangling link and never takes a name up to its first NUL.
-bool renameFile(const QFileInfo &from, const QString &to)
+/// Why neither move nor removal can begin; null where nothing is in the way.
+QString obstacle(const Move &move)
 {
-    if (from.isDir() || to.contains(QChar::Null))
-        return false;
-    const QByteArray source = QFile::encodeName(from.filePath());
+    if (!S_ISREG(move.status->st_mode))
+        return causeOf(move.source, notRegular);
+    return move.turn.cause();
+}
+
+/// Flushes the source; its file system most often is the one in which moves take turns.
+bool flush(const Move &move)
+{
+    return move.turn.isOn(move.status->st_dev) ? move.turn.flush() : syncFileSystem(move.source);
+}
+
+/// Gives a file another name within its file system; the errno where that fails. Unlike
+/// QFile::rename it never copies (a copy that replaces the only original may not be on the storage
+/// yet when the power fails), never writes through a dangling link and never takes a name up to its
+/// first NUL.
+int renameFile(const QString &from, const QString &to)
+{
+    if (to.contains(QChar::Null))
+        return EINVAL;
+    const QByteArray source = QFile::encodeName(from);
     const QByteArray destination = QFile::encodeName(to);
     if (renameat2(AT_FDCWD, source.constData(), AT_FDCWD, destination.constData(),
                   RENAME_NOREPLACE) == 0)
-        return true;
+        return 0;
     if (errno != EINVAL) // this file system can rename, but not check for the new name with it
-        return false;
-    return !isOccupied(to) && std::rename(source.constData(), destination.constData()) == 0;
+        return errno;
+    if (isOccupied(to))
+        return EEXIST;
+    return std::rename(source.constData(), destination.constData()) == 0 ? 0 : errno;
 }
 
 Error moveNew(const Move &move)
 {
-    if (!move.hasChecksum(move.source.filePath()))
-        return checksumMismatch();
-    if (!FsHelper::checkFreeSpace(move.to, move.source.size() + headRoom))
-        return failure(ErrorId::NoSpace,
-                       QStringLiteral("FileHandler: not enough space in destination"));
-    // The new name may reach the storage at any moment; what it names must be there by then.
-    if (!syncFileSystem(move.source.path()) || !renameFile(move.source, move.destination))
+    const auto failed = [](const QString &cause) {
         return failure(ErrorId::MoveFailed,
-                       QStringLiteral("FileHandler: moving source file to destination failed"));
-    return {};
+                       QStringLiteral("FileHandler: moving source file to destination failed"),
+                       cause);
+    };
+    const Verdict verdict = move.verdictOn(move.source);
+    if (!verdict.isGood)
+        return checksumMismatch(verdict);
+    if (!FsHelper::checkFreeSpace(move.to, move.status->st_size + headRoom))
+        return failure(ErrorId::NoSpace,
+                       QStringLiteral("FileHandler: not enough space in destination"),
+                       causeOf(FsHelper::dirLocationToFullPath(move.to), ENOSPC));
+    const QString inTheWay = obstacle(move);
+    if (!inTheWay.isNull())
+        return failed(inTheWay);
+    // The new name may reach the storage at any moment; what it names must be there by then.
+    if (!flush(move))
+        return failed(causeOf(move.source, errno));
+    const int error = renameFile(move.source, move.destination);
+    return error == 0 ? Error() : failed(causeOf(move.destination, error));
 }
 
 Error discardDuplicate(const Move &move)
 {
-    const QString source = move.source.filePath();
+    const auto failed = [](const QString &cause) {
+        return failure(ErrorId::MoveFailed,
+                       QStringLiteral("FileHandler: removing source file already present in "
+                                      "destination failed"),
+                       cause);
+    };
     // Deliberately kept when it is corrupt and the source is not: a destination is never replaced.
-    if (!move.hasChecksum(move.destination) && !move.hasChecksum(source))
-        return checksumMismatch();
-    if (isOnlyName(source, move.destination))
+    if (!move.verdictOn(move.destination).isGood) {
+        const Verdict verdict = move.verdictOn(move.source);
+        if (!verdict.isGood)
+            return checksumMismatch(verdict);
+    }
+    const QString inTheWay = obstacle(move);
+    if (!inTheWay.isNull())
+        return failed(inTheWay);
+    if (isOnlyName(move.source, move.destination))
         return {};
     // The destination may have arrived just now.
-    if (!syncFileSystem(QFileInfo(move.destination).path()) || !QFile::remove(source))
-        return failure(
-            ErrorId::MoveFailed,
-            QStringLiteral(
-                "FileHandler: removing source file already present in destination failed"));
+    if (!syncFileSystem(move.destination))
+        return failed(causeOf(move.destination, errno));
+    if (::unlink(QFile::encodeName(move.source).constData()) != 0)
+        return failed(causeOf(move.source, errno));
     return {};
+}
+
+Error start(Move move)
+{
+    if (!move.status)
+        return failure(ErrorId::SourceMissing,
+                       QStringLiteral("FileHandler: source file does not exist"),
+                       causeOf(move.source, ENOENT));
+    if ((move.status->st_mode & S_IRUSR) == 0)
+        return failure(ErrorId::NotReadable, QStringLiteral("FileHandler: cannot read source file"),
+                       causeOf(move.source, QStringLiteral("its owner may not read it")));
+    const std::optional<Status> present = statusOf(move.destination);
+    return present && S_ISREG(present->st_mode) ? discardDuplicate(move) : moveNew(move);
 }
 
 } // namespace
@@ -91,25 +145,25 @@ Error discardDuplicate(const Move &move)
 Error FsHelper::fileMove(DirLocation from, DirLocation to, const QString &fileName,
                          const QString &checksum, bool checkChecksum, const QString &newFileName)
 {
+    const QString &newName = newFileName.isEmpty() ? fileName : newFileName;
+    const QString source = createPathName(from, QFileInfo(fileName).fileName());
+    const QString destination = createPathName(to, QFileInfo(newName).fileName());
+    Move move{Turn(dirLocationToFullPath(to)),
+              source,
+              destination,
+              to,
+              statusOf(source),
+              checksum,
+              checkChecksum};
     if (!directoryExists(from))
         return failure(ErrorId::General,
-                       QStringLiteral("FileHandler: source directory does not exist"));
+                       QStringLiteral("FileHandler: source directory does not exist"),
+                       causeOfMissing(from));
     if (!directoryExists(to))
         return failure(ErrorId::General,
-                       QStringLiteral("FileHandler: destination directory does not exist"));
-
-    const QFileInfo source(createPathName(from, QFileInfo(fileName).fileName()));
-    if (!source.exists())
-        return failure(ErrorId::SourceMissing,
-                       QStringLiteral("FileHandler: source file does not exist"));
-    if (!source.permission(QFileDevice::ReadOwner))
-        return failure(ErrorId::NotReadable,
-                       QStringLiteral("FileHandler: cannot read source file"));
-
-    const QString &newName = newFileName.isEmpty() ? fileName : newFileName;
-    const QString destination = createPathName(to, QFileInfo(newName).fileName());
-    const Move move{source, to, destination, checksum, checkChecksum};
-    Error error = QFileInfo(destination).isFile() ? discardDuplicate(move) : moveNew(move);
+                       QStringLiteral("FileHandler: destination directory does not exist"),
+                       causeOfMissing(to));
+    Error error = start(std::move(move)); // the turn ends here: flushing everything takes long
     if (!error.hasError())
         ::sync();
     return error;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fs/newfile.h"
 #include "error/failure.h"
+#include "fs/regularfile.h"
 #include "fs/storage.h"
 
 #include <QFileInfo>
@@ -31,7 +32,7 @@ bool NewFile::mayTakeName()
     if (m_path.contains(QChar::Null)) // Qt would take a name up to there
         return failed(EINVAL);
     if (info.fileName().isEmpty() || (info.exists() && !info.isFile()))
-        return failed(QStringLiteral("not a regular file"));
+        return failed(notRegular);
     return ::access(QFile::encodeName(directoryOf(m_path)).constData(), R_OK) == 0 || failed(errno);
 }
 

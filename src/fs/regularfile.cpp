@@ -147,7 +147,7 @@ bool RegularFile::open(int flags)
     if (m_descriptor.isOpen() && S_ISREG(status.st_mode))
         return true;
     m_descriptor.close();
-    return failed(QStringLiteral("not a regular file"));
+    return failed(notRegular);
 }
 
 /// Reads up to `size` bytes, fewer only at the end of the file; -1 where the medium fails.

@@ -12,6 +12,9 @@
 namespace aux
 {
 
+/// What is said of everything that no RegularFile can open.
+inline const QString notRegular = QStringLiteral("not a regular file");
+
 /// A file descriptor that is closed with its owner.
 class Descriptor
 {

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "fs/storage.h"
+#include "fs/regularfile.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/statvfs.h>
@@ -13,27 +15,25 @@ namespace aux
 namespace
 {
 
-bool syncWith(int (*sync)(int), const QString &path)
+Descriptor openToSync(const QString &path, int flags)
 {
-    const int directory =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (directory < 0)
-        return false;
-    const bool synced = sync(directory) == 0;
-    ::close(directory);
-    return synced;
+    return Descriptor(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | flags));
 }
 
 } // namespace
 
 bool syncDirectory(const QString &path)
 {
-    return syncWith(::fsync, path);
+    const Descriptor directory = openToSync(path, O_DIRECTORY);
+    return directory.isOpen() && ::fsync(directory.number()) == 0;
 }
 
 bool syncFileSystem(const QString &path)
 {
-    return syncWith(::syncfs, path);
+    Descriptor opened = openToSync(QFileInfo(path).path(), O_DIRECTORY);
+    if (!opened.isOpen()) // a directory may be searched, though not read
+        opened = openToSync(path, O_NONBLOCK);
+    return opened.isOpen() && ::syncfs(opened.number()) == 0;
 }
 
 qint64 freeSpace(const QString &path)

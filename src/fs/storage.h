@@ -10,7 +10,7 @@ namespace aux
 /// Fsyncs a directory, that is the names in it; returns whether that succeeded.
 bool syncDirectory(const QString &path);
 
-/// Syncs the file system of the directory; returns whether that succeeded.
+/// Syncs the file system of a file; returns whether that succeeded.
 bool syncFileSystem(const QString &path);
 
 /// What stays free of a file system, in bytes, so that settings can still be written.
