@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include <aux/fshelper.h>
 
+#include "fs/newfile.h"
 #include "support/datadirectories.h"
 #include "support/observe.h"
+#include "support/rows.h"
 
 #include <QSet>
-#include <QtTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
 
 using aux::DirLocation;
 using aux::FsHelper;
@@ -15,7 +21,44 @@ namespace
 
 const QString noSuchDirectory = QStringLiteral("libaux FileHelper: directory does not exist 10001");
 
+/// Makes directories in each other, too deep for a path.
+void nest(const QString &path, int depth)
+{
+    const QByteArray name(200, 'n');
+    int directory = ::open(qPrintable(path), O_DIRECTORY);
+    for (int level = 0; level < depth; ++level) {
+        ::mkdirat(directory, name.constData(), 0700);
+        const int below = ::openat(directory, name.constData(), O_DIRECTORY);
+        ::close(directory);
+        directory = below;
+    }
+    QVERIFY(directory >= 0);
+    ::close(directory);
+}
+
+QStringList fsyncs; // in their order
+
 } // namespace
+
+extern "C" int fsync(int file) // the library's
+{
+    struct stat status {
+    };
+    ::fstat(file, &status);
+    fsyncs += S_ISDIR(status.st_mode) ? "directory" : QFile::exists(inNew + "f") ? "late" : "file";
+    return 0;
+}
+
+extern "C" int statvfs64(const char *path, struct statvfs64 *storage) noexcept // the library's
+{
+    struct stat status {
+    };
+    storage->f_bsize = 4096;
+    storage->f_frsize = 512;
+    storage->f_bfree = 20;
+    storage->f_bavail = 10;
+    return ::stat(path, &status);
+}
 
 Q_DECLARE_METATYPE(DirLocation)
 
@@ -28,31 +71,21 @@ private Q_SLOTS:
 
     void locations_data()
     {
-        QTest::addColumn<int>("value");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<int>("found"); // by the path of a file inside
-        QTest::newRow("data") << 1 << "data"
-                              << "/data" << 1;
-        QTest::newRow("config") << 2 << "config"
-                                << "/data/config" << 2;
-        QTest::newRow("new") << 3 << "new"
-                             << "/data/zel/rk4/new" << 3;
-        QTest::newRow("archive") << 4 << "archive"
-                                 << "/data/zel/rk4/archive" << 4;
-        QTest::newRow("transfer") << 5 << "transfer"
-                                  << "/data/zel/rk4/transfer" << 5;
-        QTest::newRow("log") << 6 << "log"
-                             << "/data/zel/rk4/log" << 6;
-        QTest::newRow("failed") << 7 << "failed"
-                                << "/data/zel/rk4/failed" << 0;
-        QTest::newRow("tmp") << 8 << "tmp" << QDir::tempPath() << 8;
+        columns<int, QString, int>("value", "path", "found"); // by the path of a file inside
+        row("data", 1, "/data", 1);
+        row("config", 2, "/data/config", 2);
+        row("new", 3, "/data/zel/rk4/new", 3);
+        row("archive", 4, "/data/zel/rk4/archive", 4);
+        row("transfer", 5, "/data/zel/rk4/transfer", 5);
+        row("log", 6, "/data/zel/rk4/log", 6);
+        row("failed", 7, "/data/zel/rk4/failed", 0);
+        row("tmp", 8, QDir::tempPath(), 8);
     }
     void locations()
     {
         QFETCH(int, value);
-        QFETCH(QString, name);
         QFETCH(QString, path);
+        const QString name = QTest::currentDataTag();
         const auto location = static_cast<DirLocation>(value);
         QCOMPARE(FsHelper::dirLocationToString(location), name);
         QCOMPARE(FsHelper::dirLocationFromString(name), location);
@@ -82,14 +115,13 @@ private Q_SLOTS:
 
     void locationOfAPath_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<DirLocation>("location");
-        QTest::newRow("a directory is in its parent") << "/data/config" << DirLocation::Data;
-        QTest::newRow("with a separator it is itself") << inArchive << DirLocation::Archive;
-        QTest::newRow("whose parent is none") << "/data/zel/rk4/archive" << DirLocation::Invalid;
-        QTest::newRow("the root") << "/data" << DirLocation::Invalid;
-        QTest::newRow("no separator") << "data" << DirLocation::Invalid;
-        QTest::newRow("nothing") << "" << DirLocation::Invalid;
+        columns<QString, DirLocation>("path", "location");
+        row("a directory is in its parent", "/data/config", DirLocation::Data);
+        row("with a separator it is itself", inArchive, DirLocation::Archive);
+        row("whose parent is none", "/data/zel/rk4/archive", DirLocation::Invalid);
+        row("the root", "/data", DirLocation::Invalid);
+        row("no separator", "data", DirLocation::Invalid);
+        row("nothing", "", DirLocation::Invalid);
     }
     void locationOfAPath()
     {
@@ -140,39 +172,84 @@ private Q_SLOTS:
     void listsReadableFilesByName()
     {
         QCOMPARE(FsHelper::getNumberOfDirEntries(DirLocation::New).second, 0);
-        for (const char *name : {"b.bin", "A.bin", "c.bin", ".hidden", "unreadable"})
-            write(inNew + name, "x");
+        for (const char *name :
+             {"b.bin", "A.bin", "\u00e4.bin", "a.bin", ".hidden", "unreadable", "not\xffutf"})
+            QVERIFY(::close(::creat((inNew.toUtf8() + name).constData(), 0600)) == 0);
         QDir().mkdir(inNew + "directory");
+        ::mkfifo(qPrintable(inNew + "fifo"), 0600);
+        QFile::link(inNew + "b.bin", inNew + "c.link");
+        QFile::link(inNew + "fifo", inNew + "d.link");
+        QFile::link(QStringLiteral("nowhere"), inNew + "dangling");
         QFile::setPermissions(inNew + "unreadable", {});
         const auto [error, names] = FsHelper::createDirList(DirLocation::New);
         QVERIFY(!error.hasError());
-        QCOMPARE(names, QStringList({"A.bin", "b.bin", "c.bin"}));
+        QCOMPARE(names, QStringList({"A.bin", "a.bin", "b.bin", "c.link", "\u00e4.bin"}));
         const auto [countError, count] = FsHelper::getNumberOfDirEntries(DirLocation::New);
         QVERIFY(!countError.hasError());
-        QCOMPARE(count, 3);
-        QCOMPARE(text(FsHelper::createDirList(DirLocation::Transfer).first), noSuchDirectory);
+        QCOMPARE(count, names.size());
+    }
+
+    void failedListing()
+    {
+        ::chmod(qPrintable(inNew), 0);
+        const QHash<DirLocation, QString> causes{
+            {DirLocation::New, "/data/zel/rk4/new: Permission denied"},
+            {DirLocation::Transfer, "/data/zel/rk4/transfer: No such file or directory"}};
+        for (const DirLocation location : causes.keys()) {
+            const auto [error, names] = FsHelper::createDirList(location);
+            QCOMPARE(text(error), noSuchDirectory);
+            QCOMPARE(error.getExtraData(), causes[location]);
+            QCOMPARE(text(FsHelper::getNumberOfDirEntries(location).first), noSuchDirectory);
+        }
+        ::chmod(qPrintable(inNew), 0700);
     }
 
     void freeSpaceIsWhatTheUserMayWrite()
     {
-        const SmallFileSystem small(inArchive, "size=64k");
-        QVERIFY(FsHelper::checkFreeSpace(DirLocation::Archive, 64 * 1024));
-        QVERIFY(!FsHelper::checkFreeSpace(DirLocation::Archive, 64 * 1024 + 1));
+        QVERIFY(FsHelper::checkFreeSpace(DirLocation::Archive, 10 * 512));
+        QVERIFY(!FsHelper::checkFreeSpace(DirLocation::Archive, 10 * 512 + 1));
         QVERIFY(!FsHelper::checkFreeSpace(DirLocation::Transfer, 0)); // missing
     }
 
-    void factoryReset()
+    void newFileIsOnTheStorageBeforeItsName()
     {
-        QStringList kept = filesIn("/data") + QStringList("kept"); // the checkout may be below it
+        {
+            aux::NewFile file(inNew + "f");
+            QVERIFY(file.open() && file.write("content"));
+            fsyncs.clear();
+            QVERIFY(file.commit());
+        }
+        QCOMPARE(fsyncs, QStringList({"file", "directory"}));
+        QCOMPARE(read(inNew + "f"), QByteArray("content"));
+    }
+
+    void factoryResetLeavesNothing()
+    {
+        QStringList kept = filesIn("/data") + QStringList({"kept"}); // the checkout may be below it
+        const QString elsewhere = QStringLiteral("/tmp/elsewhere");
         kept.sort();
         clear(QStringLiteral("/data/config/deep/er"));
-        write(inNew + "f", "x");
+        clear(elsewhere + "/outside");
+        write(elsewhere + "/outside/kept", "x");
         write(QStringLiteral("/data/kept"), "x");
+        QVERIFY(::close(::creat((inNew + "card").toUtf8() + "\xff.ddd", 0600)) == 0);
+        nest(inNew, 30);
+        QFile::link(elsewhere + "/outside", inNew + "link"); // not to be followed
+        QDir().rmdir(inArchive);
+        clear(elsewhere + "/archive/deep");
+        QFile::link(elsewhere + "/archive", "/data/zel/rk4/archive"); // emptied where it leads
+        QFile::link("/data", "/data/zel/rk4/transfer");               // only removed
+        QFile::link("/", "/data/zel/rk4/log");
+        QFile::link("nowhere", "/data/zel/rk4/failed");
         QCOMPARE(text(FsHelper::removeEntireDataDir()), QString());
         QCOMPARE(filesIn("/data"), kept);
-        QVERIFY(QDir("/data/zel/rk4").isEmpty());
+        QCOMPARE(filesIn("/data/zel/rk4"), QStringList());
+        QCOMPARE(filesIn(elsewhere), QStringList({"archive", "outside"}));
+        QVERIFY(QDir(elsewhere + "/archive").isEmpty());
+        QCOMPARE(read(elsewhere + "/outside/kept"), QByteArray("x"));
         QCOMPARE(text(FsHelper::removeEntireDataDir()), QString()); // nothing is there any more
         QFile::remove(QStringLiteral("/data/kept"));
+        QDir(elsewhere).removeRecursively();
     }
 
     /// A mount point cannot be removed.
@@ -180,8 +257,10 @@ private Q_SLOTS:
     {
         const SmallFileSystem mounted(inNew, "size=64k");
         QCOMPARE(text(FsHelper::removeEntireDataDir()), QString());
-        QCOMPARE(text(FsHelper::removeEntireDataDir()),
+        const aux::Error error = FsHelper::removeEntireDataDir();
+        QCOMPARE(text(error),
                  QStringLiteral("libaux Internal error: could not remove data directory 10001"));
+        QCOMPARE(error.getExtraData(), QString("/data/zel/rk4/new: Device or resource busy"));
     }
 
     void checksum()
@@ -196,7 +275,6 @@ private Q_SLOTS:
             QCOMPARE(failure(file), sha256(content));
         }
         const QString closed = QStringLiteral("libaux Internal error: path cannot be opened 10001");
-        QCOMPARE(failure(inNew), closed);
         QCOMPARE(failure(inNew + "missing"), closed);
         QFile::setPermissions(file, {});
         QCOMPARE(failure(file), closed);
@@ -208,23 +286,16 @@ private Q_SLOTS:
 
     void validation_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("checksum");
-        QTest::addColumn<QString>("line"); // none: valid
+        columns<QString, QString, QString>("path", "checksum", "line"); // no line: valid
         const QString file = inNew + "f";
         const QString good = sha256("content");
-        QTest::newRow("right") << file << good << QString();
-        QTest::newRow("no path") << ""
-                                 << ""
-                                 << "validateChecksum : invalid path parameter";
-        QTest::newRow("no checksum") << file << ""
-                                     << "validateChecksum : invalid checksum parameter";
-        QTest::newRow("missing") << inNew + "g" << good << "validateChecksum : path does not exist";
-        QTest::newRow("upper case")
-            << file << good.toUpper() << "validateChecksum : checksum mismatch";
-        QTest::newRow("a directory")
-            << inNew << good
-            << "validateChecksum :  \"libaux\" \"Internal error: path cannot be opened\" 10001 \n";
+        row("right", file, good, QString());
+        row("no path", "", "", "validateChecksum : invalid path parameter");
+        row("no checksum", file, "", "validateChecksum : invalid checksum parameter");
+        row("missing", inNew + "g", good, "validateChecksum : path does not exist");
+        row("upper case", file, good.toUpper(), "validateChecksum : checksum mismatch");
+        row("a directory", inNew, good,
+            "validateChecksum :  \"libaux\" \"Internal error: path cannot be opened\" 10001 \n");
     }
     void validation()
     {

@@ -80,6 +80,12 @@ enum class SettingsArea : int {
     Mode = 4,        ///< the three operating modes
 };
 
+/// Makes an area a key of QHash.
+inline uint qHash(SettingsArea area, uint seed = 0) noexcept
+{
+    return ::qHash(static_cast<int>(area), seed);
+}
+
 /// What changed in an area since the last snapshot.
 struct ChangeState {
     bool flaggedChanged = false; ///< a setting that its users must be told about

@@ -6,6 +6,7 @@
 #include <aux/export.h>
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -28,12 +29,13 @@ namespace aux
 /// A container is one file: a magic that names the payload's type, the payload's SHA-256 digest,
 /// its file name, its length and the payload itself.
 ///
-/// *Guarantees*: no state; any thread may call; blocks while the files are read and written.
-/// After success the written file is complete, though not flushed to the storage (FsHelper's
+/// *Guarantees*: no state; any thread may call; blocks while the files are read and written, in
+/// pieces of 64 KiB whatever their size. Only regular files and links to them are taken: a FIFO or
+/// device is refused and never waited for. After success the written file is complete, though not flushed to the storage (FsHelper's
 /// fileMove does that). A container that could not be completed is removed. Unpacking never reads
 /// outside the container and, with the stored name, never writes outside the output directory
-/// (unless a link there leads out of it), whatever the container holds. Neither file may be changed
-/// by others meanwhile.
+/// (unless a link there leads out of it), whatever the container holds. An error that the system
+/// has caused says so in its extra data: "PATH: EXPLANATION".
 ///
 /// The digest shows that a container arrived as it was packed. It does not show who packed it:
 /// whoever changes the payload can put the right digest beside it.
@@ -50,12 +52,19 @@ public:
         Unknown, ///< what unpacking gives for an unknown magic; cannot be packed
     };
 
+    /// Makes a type a key of QHash.
+    friend uint qHash(ZEL_FILE_TYPE type, uint seed = 0) noexcept
+    {
+        return ::qHash(static_cast<int>(type), seed);
+    }
+
     DataHelper() = default;
 
     /// Packs the file `inFile` into a new container `outFile`, which is created or truncated.
     ///
     /// The container stores the last component of `inFile` as the name. The payload may have up
-    /// to 2^32 - 1 bytes and is copied in small pieces. Fails with 10001 and
+    /// to 2^32 - 1 bytes and is read once: what is copied is what the digest is of. Until all of it
+    /// is there `outFile` has no magic. Fails with 10001 and
     /// - "packFileToBinContainer: Failed to open file for reading"
     /// - "packFileToBinContainer: Failed to open file for writing": also for a larger payload and
     ///   where both paths lead to one file; an existing `outFile` is then left as it is
@@ -74,7 +83,8 @@ public:
     /// in the container. On success it is replaced by the path that was written, `outDir` + "/" +
     /// name. `type` is set as soon as the magic has been read, also when a later step fails. Bytes
     /// after the payload are ignored. Fails with 10001 and
-    /// - "unpackFileFromBinContainer: Failed to open file for reading"
+    /// - "unpackFileFromBinContainer: Failed to open file for reading": also where the medium fails
+    ///   or the file becomes shorter meanwhile; no output is left then
     /// - "unpackFileFromBinContainer: Input file too small": shorter than it says, or than 50 bytes
     /// - "unpackFileFromBinContainer: Invalid magic"
     /// - "unpackFileFromBinContainer: Failed to open file for writing": also where the stored name

@@ -5,6 +5,7 @@
 #include <aux/error.h>
 #include <aux/export.h>
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -27,6 +28,12 @@ enum class DirLocation : int {
     Tmp,      ///< the system's temporary directory
 };
 
+/// Makes a location a key of QHash.
+inline uint qHash(DirLocation location, uint seed = 0) noexcept
+{
+    return ::qHash(static_cast<int>(location), seed);
+}
+
 /// Names, lists, checks and moves the files in the terminal's data directories.
 ///
 ///     const QString path = aux::FsHelper::createUniqueFileName(aux::DirLocation::New);
@@ -36,10 +43,13 @@ enum class DirLocation : int {
 ///         return aux::FsHelper::fileMove(aux::DirLocation::New, aux::DirLocation::Archive, path,
 ///                                        checksum, true, {});
 ///
-/// *Guarantees*: no state and no locks; any thread may call. Nothing here waits for anything but
-/// the storage. After a successful fileMove the file is in the destination and flushed to the
-/// storage; after a failed one it is still where it was, and the move can be repeated; after an
-/// interrupted one it is in one of the two places.
+/// *Guarantees*: no state; any thread may call. Nothing here waits for anything but the storage, and
+/// a move for the moves of other processes and threads, which take turns. After a successful
+/// fileMove the file is in the destination and flushed to the storage; after a failed one it is
+/// still where it was, and the move can be repeated; after an interrupted one it is in one of the
+/// two places. That the destination has a file of that name decides that the source is a duplicate;
+/// what is in the two counts only with a checksum. An error that the system has caused says so in
+/// its extra data: "PATH: EXPLANATION".
 class AUX_EXPORT FsHelper
 {
 public:
@@ -79,20 +89,26 @@ public:
     /// @name Whole directories
     /// @{
 
-    /// Lists the names of the readable regular files of a location, by name ignoring case; no
-    /// hidden files, no directories.
+    /// Lists the names of the readable regular files of a location and of links to such, by name
+    /// ignoring case; no hidden files, and none with a name that is not UTF-8: no QString names it.
     ///
-    /// Fails with 10001 "FileHelper: directory does not exist", also for an invalid location.
+    /// Fails with 10001 "FileHelper: directory does not exist", also for an invalid location and
+    /// for a directory that cannot be read.
     [[nodiscard]] static std::pair<Error, QStringList> createDirList(DirLocation location);
-    /// Counts what createDirList lists; its failures, with a count of 0.
+    /// Counts what createDirList lists, in constant memory; its failures, with a count of 0.
     [[nodiscard]] static std::pair<Error, int> getNumberOfDirEntries(DirLocation location);
     /// Returns whether the calling user may write at least so many more bytes, 0 or more, to the
     /// location's file system. False when that cannot be told. An invalid location stands for the
     /// current directory.
     static bool checkFreeSpace(DirLocation location, qint64 bytes);
     /// Removes config, new, archive, transfer, log and failed with everything in them (a factory
-    /// reset); the data root and the temporary directory stay. Nothing recreates them. Flushes the
-    /// file systems (sync), so that a power cut brings nothing back.
+    /// reset): names in any bytes, any depth, links without following them. The data root and the
+    /// temporary directory stay. Nothing recreates them. Flushes the file systems (sync), so that a
+    /// power cut brings nothing back.
+    ///
+    /// A location that is itself a link is emptied where it leads, and the link is removed. One
+    /// that leads to a directory which holds more than a location ("/", "/data", "/data/zel",
+    /// "/data/zel/rk4", the temporary directory and those above it) is only removed.
     ///
     /// Fails with 10001 "Internal error: could not remove data directory". Deliberately only the
     /// last directory that exists decides: an earlier one that could not be removed is not
@@ -127,7 +143,7 @@ public:
     /// Of `fileName` and `newFileName` only the last path component counts; an empty `newFileName`
     /// keeps the name. With `checkChecksum` the file must have the given checksum. The destination
     /// needs room for the file and 64 MiB more. The move is a rename, never a copy, so it cannot
-    /// leave the file system. Where the destination already holds a file of that name, the source
+    /// leave the file system. A link to a regular file is moved itself. Where the destination already holds a file of that name, the source
     /// is a duplicate and is removed; the destination is never replaced, not even a corrupt one
     /// whose source is intact. A file moved onto itself is checked and kept.
     ///
@@ -139,12 +155,13 @@ public:
     /// - 10005 "FileHandler: source file checksum mismatch": of the source, or, for a duplicate,
     ///   of both files
     /// - 10006 "FileHandler: not enough space in destination"
-    /// - 10004 "FileHandler: moving source file to destination failed": also where the source is a
-    ///   directory, or the destination is something that is no regular file
+    /// - 10004 "FileHandler: moving source file to destination failed": also where the source or
+    ///   the destination is something that is no regular file, or "/data" cannot be opened
     /// - 10004 "FileHandler: removing source file already present in destination failed"
     ///
-    /// Blocks while checksums are read and until everything is flushed. Two moves of one file at
-    /// the same time are not guarded against. Failed checks write the lines of validateChecksum.
+    /// Blocks while checksums are read, while another move is under way, and until everything is
+    /// flushed. A mover that is killed ends its turn. Failed checks write the lines of
+    /// validateChecksum.
     static Error fileMove(DirLocation from, DirLocation to, const QString &fileName,
                           const QString &checksum, bool checkChecksum, const QString &newFileName);
 };
