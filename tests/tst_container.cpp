@@ -1,56 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include <aux/datahelper.h>
-
 #include "support/containers.h"
-#include "support/datadirectories.h"
-#include "support/observe.h"
-
-#include <QtTest>
+#include "support/packing.h"
+#include "support/rows.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
-
-using aux::DataHelper;
-using Type = DataHelper::ZEL_FILE_TYPE;
-
-namespace
-{
-
-const QString dir = QStringLiteral("/data/box");
-const QString out = QStringLiteral("/data/box/out");
-const QString source = dir + "/source.ddd";
-const QString packed = dir + "/packed.bin";
-
-QString pack(const QString &from = source, Type type = Type::DDDF, const QString &to = packed)
-{
-    return text(DataHelper::packFileToBinContainer(from, type, to));
-}
-
-struct Unpacked {
-    QString error;
-    Type type = Type::UPDF;
-    QString file;
-};
-
-Unpacked unpack(const QString &name = {}, const QString &from = packed, const QString &to = out)
-{
-    Unpacked result;
-    result.file = name;
-    result.error = text(DataHelper::unpackFileFromBinContainer(from, result.type, to, result.file));
-    return result;
-}
-
-QString packError(const char *reason)
-{
-    return QStringLiteral("libaux packFileToBinContainer: %1 10001").arg(reason);
-}
-
-QString unpackError(const char *reason)
-{
-    return QStringLiteral("libaux unpackFileFromBinContainer: %1 10001").arg(reason);
-}
-
-} // namespace
 
 Q_DECLARE_METATYPE(Type)
 
@@ -59,22 +13,16 @@ class TestContainer : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        clear(dir);
-        clear(out);
-        write(source, "payload");
-    }
+    void init() { clearBox(); }
 
     void layout_data()
     {
-        QTest::addColumn<Type>("type");
-        QTest::addColumn<QByteArray>("magic");
-        QTest::newRow("DDDF") << Type::DDDF << QByteArray("ZEL4DDDF");
-        QTest::newRow("LOGF") << Type::LOGF << QByteArray("ZEL4LOGF");
-        QTest::newRow("CFGF") << Type::CFGF << QByteArray("ZEL4CFGF");
-        QTest::newRow("GPGF") << Type::GPGF << QByteArray("ZEL4GPGF");
-        QTest::newRow("UPDF") << Type::UPDF << QByteArray("ZEL4UPDF");
+        columns<Type, QByteArray>("type", "magic");
+        row("DDDF", Type::DDDF, QByteArray("ZEL4DDDF"));
+        row("LOGF", Type::LOGF, QByteArray("ZEL4LOGF"));
+        row("CFGF", Type::CFGF, QByteArray("ZEL4CFGF"));
+        row("GPGF", Type::GPGF, QByteArray("ZEL4GPGF"));
+        row("UPDF", Type::UPDF, QByteArray("ZEL4UPDF"));
     }
     void layout()
     {
@@ -84,15 +32,15 @@ private Q_SLOTS:
         QCOMPARE(read(packed), container("source.ddd", "payload", magic));
         const Unpacked result = unpack();
         QCOMPARE(result.error, QString());
-        QCOMPARE(result.type, type);
+        QVERIFY(QSet<Type>({type}).contains(result.type));
         QCOMPARE(result.file, out + "/source.ddd");
     }
 
-    /// Around the sizes at which pieces and buffers end; a name of several bytes a character.
+    /// Around the size of a piece; a name of several bytes a character.
     void roundTrip_data()
     {
         QTest::addColumn<int>("size");
-        for (const int size : {1, 4095, 4096, 4097, 16384, 16385, 1000000})
+        for (const int size : {1, 65535, 65536, 65537, 1000000})
             QTest::addRow("%d bytes", size) << size;
     }
     void roundTrip()
@@ -122,22 +70,19 @@ private Q_SLOTS:
 
     void refusedPacking_data()
     {
-        QTest::addColumn<QString>("from");
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QString>("to");
-        QTest::addColumn<QString>("error");
+        columns<QString, int, QString, QString>("from", "type", "to", "error");
         const QString notWritten = packError("Failed to open file for writing");
         const QString invalid = packError("Invalid Filetype given");
-        QTest::newRow("missing") << dir + "/none" << 0 << packed
-                                 << packError("Failed to open file for reading");
-        QTest::newRow("no such directory") << source << 0 << dir + "/none/packed" << notWritten;
-        QTest::newRow("a payload of 4 GiB") << dir + "/huge" << 0 << packed << notWritten;
-        QTest::newRow("onto itself") << source << 0 << source << notWritten;
-        QTest::newRow("onto a link to itself") << source << 0 << dir + "/link" << notWritten;
-        QTest::newRow("type Unknown") << source << 5 << packed << invalid;
-        QTest::newRow("type -1") << source << -1 << packed << invalid;
-        QTest::newRow("more content than size")
-            << "/proc/self/status" << 0 << packed << packError("Failed to write to output file");
+        row("missing", dir + "/none", 0, packed, packError("Failed to open file for reading"));
+        row("no such directory", source, 0, dir + "/none/packed", notWritten);
+        row("a payload of 4 GiB", dir + "/huge", 0, packed, notWritten);
+        row("NUL in the output", source, 0, packed + QChar(QChar::Null) + "x", notWritten);
+        row("onto itself", source, 0, source, notWritten);
+        row("onto a link to itself", source, 0, dir + "/link", notWritten);
+        row("type Unknown", source, 5, packed, invalid);
+        row("type -1", source, -1, packed, invalid);
+        row("more content than size", "/proc/self/status", 0, packed,
+            packError("Failed to write to output file"));
     }
     void refusedPacking()
     {
@@ -173,7 +118,7 @@ private Q_SLOTS:
         QTest::newRow("50 bytes, unknown magic")
             << QByteArray(50, 'x') << unpackError("Invalid magic") << Type::Unknown;
         QTest::newRow("empty payload") << container("name", "") << tooSmall << Type::DDDF;
-        for (const quint32 length : {0xFFFFFFFFU, 0xFFFFFFF0U, 0xFFFFFFCFU, 0x80000000U}) {
+        for (const quint32 length : {0xFFFFFFFFU, 0xFFFFFFCFU}) {
             QByteArray longName = container("name", "payload");
             longName.replace(40, 4, littleEndian(length));
             QTest::addRow("name of %u bytes", length) << longName << tooSmall << Type::DDDF;
@@ -188,19 +133,16 @@ private Q_SLOTS:
             << container(QByteArray("a\0b", 3), "payload") << notWritten << Type::DDDF;
         QTest::newRow("long name")
             << container(QByteArray(300, 'n'), "payload") << notWritten << Type::DDDF;
-        QTest::newRow("name that is a directory")
-            << container("directory", "payload") << notWritten << Type::DDDF;
     }
     void refusedUnpacking()
     {
         QFETCH(QByteArray, file);
-        QDir().mkdir(out + "/directory");
         write(packed, file);
         const Unpacked result = unpack();
         QTEST(result.error, "error");
         QTEST(result.type, "type");
         QVERIFY(result.file.isEmpty());
-        QCOMPARE(filesIn(out), QStringList("directory"));
+        QVERIFY(filesIn(out).isEmpty());
         QCOMPARE(filesIn(dir), QStringList({"out", "packed.bin", "source.ddd"}));
         QCOMPARE(unpack({}, dir + "/none").error, unpackError("Failed to open file for reading"));
     }
@@ -238,7 +180,7 @@ private Q_SLOTS:
         QCOMPARE(filesIn(out), QStringList("source.ddd"));
     }
 
-    /// The output must not be the mapped input, under any name.
+    /// The output must not be the input, under any name.
     void unpackingOntoTheContainer()
     {
         QCOMPARE(pack(), QString());
@@ -267,25 +209,6 @@ private Q_SLOTS:
             QCOMPARE(unpack().error.isEmpty(), bit >= 44 * 8 && bit < 48 * 8);
         }
         QCOMPARE(filesIn(dir), QStringList({"out", "packed.bin", "source.ddd"}));
-    }
-
-    /// Sizes below and above what the buffers hold back.
-    void fullDisk_data()
-    {
-        QTest::addColumn<int>("size");
-        QTest::newRow("fits the buffer") << 10000;
-        QTest::newRow("does not") << 100000;
-    }
-    void fullDisk()
-    {
-        QFETCH(int, size);
-        write(source, QByteArray(size, 'x'));
-        QCOMPARE(pack(), QString());
-        const SmallFileSystem full(out, "size=8k");
-        QCOMPARE(pack(source, Type::DDDF, out + "/p"), packError("Failed to write to output file"));
-        QVERIFY(filesIn(out).isEmpty());
-        QCOMPARE(unpack().error, unpackError("Failed to write to output file"));
-        QVERIFY(filesIn(out).isEmpty());
     }
 };
 
