@@ -7,13 +7,16 @@
 
 #include <QHash>
 #include <QMap>
-#include <QMutex>
 #include <QObject>
 #include <QStringList>
 #include <QVariant>
 
+#include <memory>
+
 namespace aux
 {
+
+class FairMutex;
 
 /// The settings of the terminal, named like their key paths; the type is the one that
 /// Configuration::setValue asks for. Defaults, and what a value must be like, are in
@@ -108,17 +111,27 @@ struct ChangeState {
 /// process uses the same file. A setting that is missing there has its default value.
 ///
 /// *Guarantees*: any thread may call; operations of one object follow one another, and any number
-/// of objects, threads and processes may share the file. When an operation that writes has
-/// returned, the new text is on the storage and survives a power cut. The file is replaced as a
-/// whole: whenever the process is killed, the power fails, or the storage is full or refuses to
-/// be written, it holds either the old or the new text. A write that failed is not reported; its
-/// value stays pending in the process, where it can be read, and later operations try again to
-/// write it. A file that cannot be read counts as empty: reading gives the defaults, and the next
-/// write replaces it. A new file can be read by its owner only; an existing one keeps its mode.
+/// of objects, threads and processes may share the file. Writers take turns in the order in which
+/// they came. When an operation that writes has returned, the new text is on the storage and
+/// survives a power cut. The file is replaced as a whole: whenever the process is killed, the power
+/// fails, or the storage is full or refuses to be written, it holds either the old or the new text.
+/// A new file and its directory are for their owner only; an existing file keeps its mode and,
+/// where root writes it, its owner and group.
 ///
-/// Writing blocks until all file systems are flushed, and while another process writes. Where a
-/// writer was killed, init() or the next write removes the lock it left behind, which takes up to
-/// two seconds. Reading waits for the storage, and for a write of the same process.
+/// A write that failed is not reported. Its value stays pending in the process, where it is what
+/// this class reads (other QSettings objects don't), until a later write or sync() succeeds or the
+/// process ends. A file that cannot be read, or is no regular file, stays as it is: reading gives
+/// the defaults, writing leaves the values pending, commit() does nothing, and a snapshot holds
+/// nothing that rollback() would write. One that holds text, but no JSON object, is kept as
+/// "<file>.bad" (mode 0600, the latest one only) before a write replaces it; where that fails the
+/// file stays.
+///
+/// Writing blocks until all file systems are flushed, and while other processes write. A lock
+/// beside the file that no writer holds delays a write by three seconds at most; QSettings of
+/// another process that writes delays it by thirty. Reading waits for the storage, and for a write
+/// by the same object. A process made by fork() while another thread writes must not use the
+/// settings before it has executed a program. Where the process has a limit on the size of files
+/// (RLIMIT_FSIZE), a write beyond it ends the process by SIGXFSZ, unless that is ignored.
 ///
 /// Misuse is reported by a debug line only: `<operation> : not initialized`, and what the
 /// operations name.
@@ -139,15 +152,16 @@ public:
 
     /// Returns the setting's value, its default where the file has none.
     ///
-    /// A number read from the file is an int, also that of an unsigned setting; one that does not
-    /// fit an int, or is no whole number, is 0. Invalid for an unknown code (Qt warns of the empty
-    /// key), and before init().
+    /// A number read from the file is an int, also that of an unsigned setting as soon as it is
+    /// written; one that does not fit an int, or is no whole number, is 0. Invalid for an unknown
+    /// code (Qt warns of the empty key), and before init().
     QVariant getValue(SettingsCode code) const;
 
     /// Writes the setting to the file.
     ///
     /// The value must be of exactly the setting's type: for an unsigned setting an int is refused.
-    /// Else nothing is written but the debug line `setValue : type mismatch`.
+    /// Else nothing is written but the debug line `setValue : type mismatch`. A number from 2^31 on
+    /// is in the file, and is read, as the negative one that is 2^32 less.
     void setValue(SettingsCode code, const QVariant &value);
 
     /// Returns the path of the settings file; null before init().
@@ -157,8 +171,8 @@ public:
     QString getVersion() const;
     /// Returns the number of commits counted in the file; 0 before init().
     int getChangeCounter() const;
-    /// Writes what is pending after a failed write, and takes in what other processes have
-    /// written. Also before init().
+    /// Writes what is pending after a failed write, and what other QSettings objects of the process
+    /// have not yet written. Also before init(), for the QSettings that the process then has.
     void sync();
     /// Returns whether a pass phrase is set; false before init().
     bool isToolsConfigured() const;
@@ -221,8 +235,9 @@ public:
     /// "version", are left out. When the process is killed or the power fails, the settings file
     /// holds either all of the old settings or all of the new ones. Fails, with nothing changed now
     /// or later, with the failures of findConfigFileFaults, with 10001
-    /// "applyConfigFile: Failed to write to output file" or
-    /// "applyConfigFile: Failed to open file for writing", and before init() with 10001
+    /// "applyConfigFile: Failed to write to output file",
+    /// "applyConfigFile: Failed to open file for writing" or, of the settings file,
+    /// "applyConfigFile: Failed to open file for reading", and before init() with 10001
     /// "applyConfigFile: not initialized", which is a debug line too.
     Error applyConfigFile(const QString &fileName);
 
@@ -231,15 +246,17 @@ public:
     ///
     /// The file appears whole, and on the storage, or not at all. Fails with 10001
     /// "writeConfigFile: Failed to open file for writing",
-    /// "writeConfigFile: Failed to write to output file", and before init()
+    /// "writeConfigFile: Failed to write to output file",
+    /// "writeConfigFile: Failed to open file for reading" (the settings file), and before init()
     /// "writeConfigFile: not initialized", which is a debug line too.
     Error writeConfigFile(const QString &fileName) const;
 
     /// Takes the settings of an area out of the settings file, so that they have their defaults,
     /// in the way of applyConfigFile.
     ///
-    /// Fails with 10001 "resetToDefaults: Failed to write to output file" or
-    /// "resetToDefaults: Failed to open file for writing", and before init()
+    /// Fails with 10001 "resetToDefaults: Failed to write to output file",
+    /// "resetToDefaults: Failed to open file for writing",
+    /// "resetToDefaults: Failed to open file for reading", and before init()
     /// "resetToDefaults: not initialized", which is a debug line too.
     Error resetToDefaults(SettingsArea area);
 
@@ -251,7 +268,7 @@ private:
     ChangeState _changed(SettingsArea area) const;
     Error _commitChanges(const char *operation, const QMap<SettingsCode, QVariant> &changes);
 
-    mutable QMutex m_mutex;
+    std::unique_ptr<FairMutex> m_mutex;
     bool m_initialized = false;
     QHash<SettingsCode, QVariant> m_snapshot;
 };

@@ -39,6 +39,8 @@ struct Setting {
     Rule rule = {};
 
     QString keyPath() const { return QString::fromUtf8(key); }
+    /// As in QSettings::SettingsMap, without the leading "/".
+    QString storedKey() const { return keyPath().mid(1); }
     bool belongsTo(SettingsArea group) const { return group == SettingsArea::All || group == area; }
 };
 

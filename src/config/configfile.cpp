@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "aux/configuration.h"
+#include "config/fairmutex.h"
 #include "config/jsonformat.h"
 #include "config/settingschanges.h"
+#include "config/settingsfile.h"
 #include "config/validation.h"
 #include "fs/newfile.h"
 
-#include <QJsonDocument>
-#include <QMutexLocker>
+#include <mutex>
 
 namespace aux
 {
@@ -23,22 +24,26 @@ QVariant ofItsType(QVariant value, const Setting &setting)
 }
 
 /// All settings, in the shape of the settings file.
-QByteArray completeText()
+QByteArray completeText(const CurrentSettings &current)
 {
-    const QSettings current;
     QSettings::SettingsMap settings;
     for (const Setting &setting : settingsCatalogue())
-        settings[setting.keyPath().mid(1)] =
+        settings[setting.storedKey()] =
             ofItsType(current.value(setting.keyPath(), setting.defaultValue), setting);
-    return QJsonDocument(json::nest(settings)).toJson();
+    return json::toText(settings);
 }
 
-Reason writeNewFile(const QString &fileName, const QByteArray &text)
+Reason writeNewFile(const QString &fileName)
 {
+    const CurrentSettings current;
+    if (!current.isComplete())
+        return current.reason();
     NewFile file(fileName);
     if (!file.open())
         return reason::cannotCreate.because(file.cause());
-    return file.write(text) && file.commit() ? Reason() : reason::cannotWrite.because(file.cause());
+    return file.write(completeText(current)) && file.commit()
+               ? Reason()
+               : reason::cannotWrite.because(file.cause());
 }
 
 SettingsChanges changesTo(const Candidate &candidate)
@@ -64,15 +69,14 @@ SettingsChanges changesToDefaults(SettingsArea area)
 Error Configuration::writeConfigFile(const QString &fileName) const
 {
     constexpr const char *operation = "writeConfigFile";
-    const QMutexLocker locker(&m_mutex);
-    return outcome(operation, _isInitialized(operation) ? writeNewFile(fileName, completeText())
-                                                        : notInitialized);
+    const std::lock_guard locker(*m_mutex);
+    return outcome(operation, _isInitialized(operation) ? writeNewFile(fileName) : notInitialized);
 }
 
 Error Configuration::applyConfigFile(const QString &fileName)
 {
     constexpr const char *operation = "applyConfigFile";
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(*m_mutex);
     if (!_isInitialized(operation))
         return refuse(operation, notInitialized);
     Candidate candidate;
@@ -83,7 +87,7 @@ Error Configuration::applyConfigFile(const QString &fileName)
 Error Configuration::resetToDefaults(SettingsArea area)
 {
     constexpr const char *operation = "resetToDefaults";
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(*m_mutex);
     return _isInitialized(operation) ? _commitChanges(operation, changesToDefaults(area))
                                      : refuse(operation, notInitialized);
 }

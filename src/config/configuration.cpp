@@ -2,11 +2,11 @@
 #include "aux/configuration.h"
 #include "aux/datahelper.h"
 #include "config/catalogue.h"
+#include "config/fairmutex.h"
 #include "config/settingsfile.h"
 #include "error/debugline.h"
 
-#include <QMutexLocker>
-#include <QSettings>
+#include <mutex>
 
 namespace aux
 {
@@ -14,12 +14,12 @@ namespace aux
 namespace
 {
 
-const QString versionKey = QStringLiteral("version");
+const QString versionKey = QStringLiteral("/version");
 const QString empty = QStringLiteral("");
 
 } // namespace
 
-Configuration::Configuration() = default;
+Configuration::Configuration() : m_mutex(std::make_unique<FairMutex>()) {}
 Configuration::~Configuration() = default;
 
 bool Configuration::_isInitialized(const char *operation) const
@@ -31,7 +31,7 @@ bool Configuration::_isInitialized(const char *operation) const
 
 void Configuration::init()
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(*m_mutex);
     if (m_initialized) {
         debugLine("init", ": already initialized");
         return;
@@ -43,16 +43,16 @@ void Configuration::init()
 
 QVariant Configuration::getValue(SettingsCode code) const
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(*m_mutex);
     if (!_isInitialized("getValue"))
         return {};
     const Setting &setting = settingOf(code);
-    return QSettings().value(setting.keyPath(), setting.defaultValue);
+    return CurrentSettings().value(setting.keyPath(), setting.defaultValue);
 }
 
 void Configuration::setValue(SettingsCode code, const QVariant &value)
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(*m_mutex);
     if (!_isInitialized("setValue"))
         return;
     const Setting &setting = settingOf(code);
@@ -60,25 +60,30 @@ void Configuration::setValue(SettingsCode code, const QVariant &value)
         debugLine("setValue", ": type mismatch");
         return;
     }
-    changeSettings([&](QSettings &settings) { settings.setValue(setting.keyPath(), value); });
+    if (setting.key == nullptr) {
+        QSettings().setValue({}, value); // which warns of the empty key
+        return;
+    }
+    static_cast<void>(changeSettings(
+        [&](QSettings::SettingsMap &settings) { settings[setting.storedKey()] = value; }));
 }
 
 QString Configuration::getFileName() const
 {
-    const QMutexLocker locker(&m_mutex);
-    return _isInitialized("getFileName") ? QSettings().fileName() : QString();
+    const std::lock_guard locker(*m_mutex);
+    return _isInitialized("getFileName") ? settingsFileName() : QString();
 }
 
 QString Configuration::getVersion() const
 {
-    const QMutexLocker locker(&m_mutex);
-    return QSettings().value(versionKey, empty).toString();
+    const std::lock_guard locker(*m_mutex);
+    return CurrentSettings().value(versionKey, empty).toString();
 }
 
 void Configuration::sync()
 {
-    const QMutexLocker locker(&m_mutex);
-    changeSettings([](QSettings &) {});
+    const std::lock_guard locker(*m_mutex);
+    syncSettings();
 }
 
 bool Configuration::isToolsConfigured() const
@@ -88,11 +93,11 @@ bool Configuration::isToolsConfigured() const
 
 QStringList Configuration::getCryptoVidPidList() const
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(*m_mutex);
     const QString key = settingOf(SettingsCode::CryptoVendors).keyPath();
     QStringList list;
     const Error error =
-        DataHelper::vIdpIdListFromString(QSettings().value(key, empty).toString(), list);
+        DataHelper::vIdpIdListFromString(CurrentSettings().value(key, empty).toString(), list);
     if (error.hasError())
         debugLine("getCryptoVidPidList", ": invalid vendor:product id list");
     return list;

@@ -100,15 +100,29 @@ QJsonObject nest(const QSettings::SettingsMap &settings)
     return nestRun(next, settings.end(), {});
 }
 
+QSettings::SettingsMap parse(const QByteArray &text)
+{
+    return flatten(QJsonDocument::fromJson(text).object());
+}
+
+QByteArray toText(const QSettings::SettingsMap &settings)
+{
+    return QJsonDocument(nest(settings)).toJson();
+}
+
 bool readSettings(QIODevice &device, QSettings::SettingsMap &settings)
 {
-    settings = flatten(QJsonDocument::fromJson(device.readAll()).object());
+    settings = parse(device.readAll());
     return true;
 }
 
 bool writeSettings(QIODevice &device, const QSettings::SettingsMap &settings)
 {
-    writeReplacement(device, QJsonDocument(nest(settings)).toJson());
+    const QByteArray text = toText(settings);
+    if (auto *file = qobject_cast<QSaveFile *>(&device))
+        static_cast<void>(writeReplacement(*file, text));
+    else
+        device.write(text);
     ::sync();
     return true;
 }

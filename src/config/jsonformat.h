@@ -36,6 +36,12 @@ QSettings::SettingsMap flatten(const QJsonObject &object);
 /// too deep to be read again is left out, for it would take all others with it.
 QJsonObject nest(const QSettings::SettingsMap &settings);
 
+/// The settings in a text; none where it is no JSON object.
+QSettings::SettingsMap parse(const QByteArray &text);
+
+/// The text of a settings file.
+QByteArray toText(const QSettings::SettingsMap &settings);
+
 /// The two functions that QSettings calls; neither ever reports a failure. What is no JSON object
 /// reads as no settings.
 bool readSettings(QIODevice &device, QSettings::SettingsMap &settings);

@@ -2,20 +2,21 @@
 #ifndef AUX_CONFIG_REPLACEMENT_H
 #define AUX_CONFIG_REPLACEMENT_H
 
-#include <QByteArray>
-#include <QIODevice>
+#include "error/reason.h"
+
+#include <QSaveFile>
 
 namespace aux
 {
 
-/// Writes a text to a device. If that is a QSaveFile, it is fit to take the place of its file then:
-/// - All of the text is fsynced. Where that fails the save file is cancelled; by itself it
-///   would put even a text that was cut off by a full disk in place of the good one.
-/// - It is later than the file it replaces, by a millisecond at least. QSettings reads a file again
-///   only when its size or its time in milliseconds has changed, and the clock of file systems
-///   ticks slower than that.
-/// - It is for its owner only, unless it replaces a file: that one's mode it has from QSaveFile.
-void writeReplacement(QIODevice &device, const QByteArray &text);
+/// Writes a text to an open save file and makes it fit to take the place of its file:
+/// - All of the text is fsynced. Where that fails the save file is cancelled; by itself it would
+///   put even a text that was cut off by a full disk in place of the good one.
+/// - Its time is later than that of the file it replaces, by what the file system can tell apart.
+///   QSettings reads a file again only when its size or its time in milliseconds has changed.
+/// - It is of the owner, the group and the mode of the file it replaces. A new one is for its owner
+///   only.
+Reason writeReplacement(QSaveFile &file, const QByteArray &text);
 
 } // namespace aux
 

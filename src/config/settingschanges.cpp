@@ -9,11 +9,6 @@ namespace aux
 namespace
 {
 
-QString storedKey(const Setting &setting)
-{
-    return setting.keyPath().mid(1);
-}
-
 const QVariant &orDefault(const QVariant &value, const Setting &setting)
 {
     return value.isValid() ? value : setting.defaultValue;
@@ -46,7 +41,7 @@ Error checkChanges(const SettingsChanges &changes)
     }
     if (!isOneTogether)
         return {};
-    const QSettings current;
+    const CurrentSettings current;
     return checkTogether([&](const Setting &setting) {
         return changes.contains(setting.code)
                    ? orDefault(changes[setting.code], setting)
@@ -56,7 +51,7 @@ Error checkChanges(const SettingsChanges &changes)
 
 void countCommit(QSettings::SettingsMap &settings)
 {
-    QVariant &count = settings[QStringLiteral("config_changes")];
+    QVariant &count = settings[commitsKey];
     count = successor(count.toInt());
 }
 
@@ -65,7 +60,7 @@ void applyChanges(const SettingsChanges &changes, QSettings::SettingsMap &settin
     bool isChanged = false;
     for (auto change = changes.begin(); change != changes.end(); ++change) {
         const Setting &setting = settingOf(change.key());
-        const QString key = storedKey(setting);
+        const QString key = setting.storedKey();
         isChanged |= settings.value(key, setting.defaultValue) != orDefault(*change, setting);
         if (change->isValid())
             settings[key] = *change;
@@ -78,20 +73,9 @@ void applyChanges(const SettingsChanges &changes, QSettings::SettingsMap &settin
 
 Reason commitChanges(const SettingsChanges &changes)
 {
-    bool isWritten = changeSettings([&](QSettings &file) {
-        QSettings::SettingsMap settings;
-        for (const QString &key : file.allKeys())
-            settings[key] = file.value(key);
-        const QSettings::SettingsMap before = settings;
-        applyChanges(changes, settings);
-        for (auto setting = settings.begin(); setting != settings.end(); ++setting)
-            file.setValue(setting.key(), *setting);
-        for (auto setting = before.begin(); setting != before.end(); ++setting) {
-            if (!settings.contains(setting.key()))
-                file.remove(setting.key());
-        }
-    });
-    return isWritten ? Reason() : reason::cannotWrite;
+    return changeSettings(
+        [&](QSettings::SettingsMap &settings) { applyChanges(changes, settings); },
+        WhenNotWritten::Forget);
 }
 
 } // namespace aux

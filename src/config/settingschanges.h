@@ -11,6 +11,9 @@
 namespace aux
 {
 
+/// Where the number of commits is.
+inline const QString commitsKey = QStringLiteral("config_changes");
+
 /// New values of settings; an invalid one takes the setting out of the file, so that its default
 /// holds again.
 using SettingsChanges = QMap<SettingsCode, QVariant>;

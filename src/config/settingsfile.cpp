@@ -3,9 +3,19 @@
 #include "aux/fshelper.h"
 #include "config/jsonformat.h"
 #include "config/settingslock.h"
+#include "config/storedsettings.h"
+#include "config/writersturn.h"
 #include "fs/storage.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
+#include <QHash>
+#include <QMutexLocker>
+
+#include <cerrno>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace aux
 {
@@ -13,34 +23,119 @@ namespace aux
 namespace
 {
 
-QString parentOf(const QString &path)
+using Settings = QSettings::SettingsMap;
+
+/// By settings file; what was removed has an invalid value.
+QHash<QString, Settings> pendingSettings;
+QMutex pendingMutex;
+
+Settings pendingOf(const QString &file)
 {
-    return QFileInfo(path).path();
+    const QMutexLocker locker(&pendingMutex);
+    return pendingSettings.value(file);
 }
 
-/// Where a link leads, else the file itself.
-QString targetOf(const QString &file)
+void addPending(const QString &file, const Settings &changes)
 {
-    const QString target = QFileInfo(file).canonicalFilePath();
-    return target.isEmpty() ? file : target;
+    const QMutexLocker locker(&pendingMutex);
+    Settings &pending = pendingSettings[file];
+    for (auto change = changes.begin(); change != changes.end(); ++change)
+        pending.insert(change.key(), *change);
 }
 
-QString nearestDirectory(const QString &file)
+void forgetPending(const QString &file)
 {
-    QString directory = parentOf(file);
-    while (!QFileInfo::exists(directory) && directory.size() > 1)
-        directory = parentOf(directory);
-    return directory;
+    const QMutexLocker locker(&pendingMutex);
+    pendingSettings.remove(file);
 }
 
-/// Flushes the names on the way from a directory down to the file.
-void syncNames(const QString &directory, const QString &file)
+bool isSame(const QVariant &left, const QVariant &right)
 {
-    QString path = file;
-    do {
-        path = parentOf(path);
-        syncDirectory(path);
-    } while (path.size() > directory.size());
+    return left.type() == right.type() && left == right;
+}
+
+/// What has to be done to the old settings to get the new ones.
+Settings difference(const Settings &before, const Settings &after)
+{
+    Settings changes;
+    for (auto setting = after.begin(); setting != after.end(); ++setting) {
+        if (!isSame(before.value(setting.key()), *setting))
+            changes.insert(setting.key(), *setting);
+    }
+    for (auto setting = before.begin(); setting != before.end(); ++setting) {
+        if (!after.contains(setting.key()))
+            changes.insert(setting.key(), {});
+    }
+    return changes;
+}
+
+Settings applied(const Settings &changes, Settings settings)
+{
+    for (auto change = changes.begin(); change != changes.end(); ++change) {
+        if (change->isValid())
+            settings.insert(change.key(), *change);
+        else
+            settings.remove(change.key());
+    }
+    return settings;
+}
+
+/// Makes a directory and those above it, the ones below the configuration directory for their owner
+/// only.
+bool makeDirectory(const QString &path)
+{
+    if (QFileInfo(path).isDir())
+        return true;
+    const QString parent = QFileInfo(path).path();
+    const QString shared = FsHelper::dirLocationToFullPath(DirLocation::Config);
+    const mode_t mode = path.startsWith(shared + QLatin1Char('/')) ? 0700 : 0777;
+    if (!makeDirectory(parent) ||
+        (::mkdir(QFile::encodeName(path).constData(), mode) != 0 && errno != EEXIST))
+        return false;
+    return syncDirectory(parent);
+}
+
+/// Of a text that is the same as last time nothing is parsed again.
+Settings parsed(const QByteArray &text)
+{
+    static QMutex mutex;
+    static QByteArray lastText;
+    static Settings lastSettings;
+    const QMutexLocker locker(&mutex);
+    if (text != lastText) {
+        lastSettings = json::parse(text);
+        lastText = text;
+    }
+    return lastSettings;
+}
+
+/// Returns why nothing keeps other writers out; there are two locks, and one will do.
+Reason reasonToWait(const WritersTurn &turn, const SettingsLock &lock, const QString &file)
+{
+    if (turn.error() == 0 || lock.isHeld())
+        return {};
+    return reason::cannotCreate.because(file, turn.error());
+}
+
+Reason changeInTurn(const QString &file, const Change &change, WhenNotWritten whenNotWritten)
+{
+    makeDirectory(QFileInfo(file).path());
+    const WritersTurn turn(file);
+    const SettingsLock lock(file);
+    Settings settings;
+    Reason reason = readToReplace(file, settings);
+    settings = applied(pendingOf(file), settings);
+    const Settings before = settings;
+    change(settings);
+    if (reason.isNone())
+        reason = reasonToWait(turn, lock, file);
+    if (reason.isNone())
+        reason = replaceSettings(file, settings);
+    if (reason.isNone())
+        forgetPending(file);
+    else if (whenNotWritten == WhenNotWritten::KeepPending)
+        addPending(file, difference(before, settings));
+    return reason;
 }
 
 } // namespace
@@ -54,20 +149,63 @@ void useSettingsFile()
         QSettings::setDefaultFormat(format);
     QSettings::setPath(format, QSettings::UserScope,
                        FsHelper::dirLocationToFullPath(DirLocation::Config));
-    removeAbandonedLock(QSettings().fileName());
+    removeAbandonedLock(settingsFileName());
 }
 
-bool changeSettings(const std::function<void(QSettings &)> &change)
+QString settingsFileName()
 {
-    QSettings settings;
-    removeAbandonedLock(settings.fileName());
-    const QString file = targetOf(settings.fileName());
-    const QString present = nearestDirectory(file); // what is below will be made
-    change(settings);
-    settings.sync();
-    // The new text is fsynced, its name is not yet.
-    syncNames(present, file);
-    return settings.status() == QSettings::NoError;
+    // QSettings opens its file before it can be asked for the name. That of an organisation that
+    // nobody has tells where the files are and how they end.
+    const QSettings nobody(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("-"));
+    const QFileInfo sample(nobody.fileName());
+    QString name = QCoreApplication::organizationName();
+    if (name.isEmpty())
+        name = QStringLiteral("Unknown Organization"); // as QSettings has it
+    if (!QCoreApplication::applicationName().isEmpty())
+        name += QLatin1Char('/') + QCoreApplication::applicationName();
+    return sample.path() + QLatin1Char('/') + name + QLatin1Char('.') + sample.suffix();
+}
+
+CurrentSettings::CurrentSettings()
+{
+    const QString file = settingsFileName();
+    const QFileInfo info(file);
+    QByteArray text;
+    if (info.isFile() || !info.exists()) // QSettings would wait for anything else
+        m_file.emplace();
+    m_reason = readWhole(file, text);
+    if (m_reason.isNone())
+        m_stored = parsed(text);
+    else
+        m_file.reset();
+    m_pending = pendingOf(file);
+}
+
+QVariant CurrentSettings::value(const QString &key, const QVariant &fallback) const
+{
+    const QString storedKey = key.mid(1); // without the leading "/"
+    const auto pending = m_pending.constFind(storedKey);
+    if (pending != m_pending.constEnd())
+        return pending->isValid() ? *pending : fallback;
+    const auto stored = m_stored.constFind(storedKey);
+    if (stored != m_stored.constEnd())
+        return *stored;
+    return m_file ? m_file->value(key, fallback) : fallback;
+}
+
+Reason changeSettings(const Change &change, WhenNotWritten whenNotWritten)
+{
+    const Reason reason = changeInTurn(settingsFileName(), change, whenNotWritten);
+    if (reason.isNone())
+        ::sync(); // after the turn: others need not wait for it
+    return reason;
+}
+
+void syncSettings()
+{
+    const CurrentSettings current; // writes what is pending elsewhere
+    if (!pendingOf(settingsFileName()).isEmpty())
+        static_cast<void>(changeSettings([](Settings &) {}));
 }
 
 } // namespace aux

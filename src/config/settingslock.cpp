@@ -2,18 +2,23 @@
 #include "config/settingslock.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSysInfo>
 #include <QThread>
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 
+#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-// A lock is a file that its holder creates, takes with flock(), and fills with process number,
-// program, host, machine and boot, one line each. The kernel gives it free when the holder dies.
+// QSettings' lock is a file that its holder creates, takes with flock(), and fills with process
+// number, program, host, machine and boot, one line each. Other accounts may flock() it too, so
+// that this alone says nothing.
 
 namespace aux
 {
@@ -21,39 +26,28 @@ namespace aux
 namespace
 {
 
-constexpr qint64 fillingTime = 2000;       // ms
-constexpr unsigned long pollInterval = 20; // ms
+constexpr qint64 fillingTime = 2000;          // ms
+constexpr qint64 patience = 3000;             // ms
+constexpr qint64 patienceWithRunning = 30000; // ms
+constexpr unsigned long pollInterval = 20;    // ms
 
 constexpr int processLine = 0;
 constexpr int bootLine = 4;
 
+enum class State {
+    Absent,
+    Abandoned,
+    Doubtful, ///< not yet filled perhaps, not readable, or naming a process that has not taken it
+    Held,
+};
+
 using Status = struct stat;
 
-Status statusOf(const QFile &lock)
+bool isBeingFilled(const Status &status)
 {
-    Status status{};
-    ::fstat(lock.handle(), &status);
-    return status;
-}
-
-/// Not yet taken perhaps: taking it now would be in the way of its holder.
-bool isBeingFilled(const QFile &lock)
-{
-    const Status status = statusOf(lock);
     const qint64 made = status.st_mtim.tv_sec * 1000LL + status.st_mtim.tv_nsec / 1000000;
     const qint64 age = QDateTime::currentMSecsSinceEpoch() - made;
     return status.st_size == 0 && qAbs(age) < fillingTime; // negative: the clock was set back
-}
-
-bool isHeld(const QFile &lock)
-{
-    return ::flock(lock.handle(), LOCK_EX | LOCK_NB) != 0;
-}
-
-/// Whether it was removed since it was opened; its path may be that of another lock now.
-bool isGone(const QFile &lock)
-{
-    return statusOf(lock).st_nlink == 0;
 }
 
 bool namesRunningProcess(const QList<QByteArray> &lines)
@@ -65,19 +59,65 @@ bool namesRunningProcess(const QList<QByteArray> &lines)
     return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
 }
 
+State stateOfFile(int descriptor)
+{
+    Status status{};
+    QFile file;
+    if (::fstat(descriptor, &status) != 0 || isBeingFilled(status) ||
+        !file.open(descriptor, QIODevice::ReadOnly))
+        return State::Doubtful;
+    if (!namesRunningProcess(file.readAll().split('\n')))
+        return State::Abandoned;
+    return ::flock(descriptor, LOCK_SH | LOCK_NB) == 0 ? State::Doubtful : State::Held;
+}
+
+State stateOf(const QByteArray &lock)
+{
+    Status status{};
+    if (::lstat(lock.constData(), &status) != 0)
+        return State::Absent;
+    if (!S_ISREG(status.st_mode))
+        return State::Abandoned;
+    const int file = ::open(lock.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (file < 0)
+        return errno == ENOENT ? State::Absent : State::Doubtful;
+    const State state = stateOfFile(file);
+    ::close(file);
+    return state;
+}
+
+QString lockOf(const QString &settingsFile)
+{
+    return settingsFile + QStringLiteral(".lock");
+}
+
 } // namespace
 
 void removeAbandonedLock(const QString &settingsFile)
 {
-    QFile lock(settingsFile + QStringLiteral(".lock"));
-    while (lock.open(QIODevice::ReadOnly) && isBeingFilled(lock)) {
-        lock.close();
-        QThread::msleep(pollInterval);
+    const QByteArray lock = QFile::encodeName(lockOf(settingsFile));
+    if (stateOf(lock) == State::Abandoned)
+        std::remove(lock.constData());
+}
+
+SettingsLock::SettingsLock(const QString &settingsFile) : m_lock(lockOf(settingsFile))
+{
+    const QByteArray lock = QFile::encodeName(lockOf(settingsFile));
+    m_lock.setStaleLockTime(0);
+    QElapsedTimer waited;
+    waited.start();
+    for (;; QThread::msleep(pollInterval)) {
+        State state = stateOf(lock);
+        if (state == State::Doubtful && waited.hasExpired(patience))
+            state = State::Abandoned;
+        if (state == State::Abandoned && std::remove(lock.constData()) != 0)
+            return; // a directory that is not empty, or one that this account cannot write to
+        if (state == State::Held && waited.hasExpired(patienceWithRunning))
+            return;
+        const bool isGone = state == State::Absent || state == State::Abandoned;
+        if (isGone && (m_lock.tryLock(0) || m_lock.error() != QLockFile::LockFailedError))
+            return;
     }
-    if (!lock.isOpen() || isHeld(lock) || isGone(lock))
-        return;
-    if (!namesRunningProcess(lock.readAll().split('\n')))
-        lock.remove();
 }
 
 } // namespace aux

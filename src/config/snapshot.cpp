@@ -1,28 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "aux/configuration.h"
 #include "config/catalogue.h"
+#include "config/fairmutex.h"
+#include "config/settingschanges.h"
 #include "config/settingsfile.h"
 
-#include <QMutexLocker>
+#include <mutex>
 
 namespace aux
 {
 
 namespace
 {
-
-const QString counterKey = QStringLiteral("config_changes");
-
-int readCounter(const QSettings &settings)
-{
-    return settings.value(counterKey, 0U).toInt();
-}
-
-/// Wraps around: the file may hold any number.
-int successor(int number)
-{
-    return static_cast<int>(static_cast<unsigned int>(number) + 1U);
-}
 
 template <typename Visit>
 void forEachSetting(SettingsArea area, const Visit &visit)
@@ -37,45 +26,48 @@ void forEachSetting(SettingsArea area, const Visit &visit)
 
 int Configuration::getChangeCounter() const
 {
-    const QMutexLocker locker(&m_mutex);
-    return _isInitialized("getChangeCounter") ? readCounter(QSettings()) : 0;
+    const std::lock_guard locker(*m_mutex);
+    return _isInitialized("getChangeCounter")
+               ? CurrentSettings().value(QLatin1Char('/') + commitsKey, 0U).toInt()
+               : 0;
 }
 
 void Configuration::snapshot()
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(*m_mutex);
     if (_isInitialized("snapshot"))
         _readSnapshot();
 }
 
 void Configuration::rollback(SettingsArea area)
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(*m_mutex);
     if (_isInitialized("rollback"))
         _writeSnapshot(area);
 }
 
 ChangeState Configuration::changed(SettingsArea area) const
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(*m_mutex);
     return _changed(area);
 }
 
 void Configuration::commit()
 {
-    const QMutexLocker locker(&m_mutex);
-    if (!_isInitialized("commit") || !_changed(SettingsArea::All).anyChanged)
+    const std::lock_guard locker(*m_mutex);
+    if (!_isInitialized("commit") || !_changed(SettingsArea::All).anyChanged ||
+        !CurrentSettings().isComplete()) // nor is the number of commits known
         return;
-    changeSettings([](QSettings &settings) {
-        settings.setValue(counterKey, successor(readCounter(settings)));
-    });
+    static_cast<void>(changeSettings(countCommit));
     _readSnapshot();
 }
 
 void Configuration::_readSnapshot()
 {
-    const QSettings settings;
+    const CurrentSettings settings;
     m_snapshot.clear();
+    if (!settings.isComplete()) // a rollback must not put defaults in place of what is not known
+        return;
     forEachSetting(SettingsArea::All, [&](const Setting &setting) {
         m_snapshot.insert(setting.code, settings.value(setting.keyPath(), setting.defaultValue));
     });
@@ -83,11 +75,12 @@ void Configuration::_readSnapshot()
 
 void Configuration::_writeSnapshot(SettingsArea area) const
 {
-    changeSettings([&](QSettings &file) {
+    static_cast<void>(changeSettings([&](QSettings::SettingsMap &settings) {
         forEachSetting(area, [&](const Setting &setting) {
-            file.setValue(setting.keyPath(), m_snapshot.value(setting.code));
+            if (m_snapshot.contains(setting.code))
+                settings[setting.storedKey()] = m_snapshot.value(setting.code);
         });
-    });
+    }));
 }
 
 ChangeState Configuration::_changed(SettingsArea area) const
@@ -95,10 +88,10 @@ ChangeState Configuration::_changed(SettingsArea area) const
     ChangeState state;
     if (!_isInitialized("_changed"))
         return state;
-    const QSettings settings;
+    const CurrentSettings settings;
     forEachSetting(area, [&](const Setting &setting) {
         if (settings.value(setting.keyPath(), setting.defaultValue) !=
-            m_snapshot.value(setting.code)) {
+            m_snapshot.value(setting.code, setting.defaultValue)) {
             state.anyChanged = true;
             state.flaggedChanged |= setting.flag;
         }
