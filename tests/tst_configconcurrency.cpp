@@ -9,6 +9,7 @@
 
 #include <array>
 #include <atomic>
+#include <csignal>
 #include <thread>
 #include <vector>
 
@@ -152,6 +153,26 @@ private Q_SLOTS:
         QCOMPARE(status, 0);
         for (const SettingsCode code : {codes[0], codes[1]})
             QCOMPARE(valueIn(m_file, pathOf(code)), QJsonValue(numbered(rounds - 1)));
+    }
+
+    /// Who writes without pause does not keep another waiting for long.
+    void turns()
+    {
+        const pid_t child = ::fork();
+        Configuration configuration;
+        configuration.init();
+        int written = 0;
+        const auto write = [&](SettingsCode code) {
+            configuration.setValue(code, numbered(++written));
+        };
+        while (child == 0)
+            write(codes[0]);
+        while (written < rounds)
+            write(codes[1]);
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        const QString last = valueIn(m_file, pathOf(codes[0])).toString();
+        QVERIFY2(last.toInt() - 1000 < 5 * rounds, qPrintable(last));
     }
 };
 

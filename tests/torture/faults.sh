@@ -14,7 +14,7 @@ try() { # OPERATION SYSTEM_CALL ERROR WHEN
     place "$organisation" "$1"
     perform "$organisation" "$1" -o /dev/null -e "inject=$2:error=$3:when=$4"
     result=$(outcome "$organisation" "$1")
-    left=$(find "$config/$organisation" -type f ! -name terminal.JSON)
+    left=$(find "$config/$organisation" -type f ! -name terminal.JSON ! -name .terminal.JSON.turn)
     [ -z "$left" ] || result="LEFT ${left##*/}"
     echo "$1 $result $2 $4"
 }

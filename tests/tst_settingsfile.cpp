@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: MIT
+// What stands in the way of the settings file: at its own name, at those of its locks, around it.
+#include <aux/configuration.h>
+
+#include "config/settingsfile.h"
+#include "support/settings.h"
+#include "support/world.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <cerrno>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+using aux::Configuration;
+using aux::SettingsCode;
+
+namespace
+{
+
+bool isMediumFailing = false;
+
+constexpr int hang = 15000; // ms; what QSettings alone does with such locks takes twice as long
+
+/// Runs a shell command on the settings file, "$f".
+void prepare(const QString &command, const QString &file)
+{
+    qputenv("f", file.toUtf8());
+    run(command);
+}
+
+/// Leaves the process no descriptor while it lives.
+class NoDescriptors
+{
+public:
+    NoDescriptors()
+    {
+        ::getrlimit(RLIMIT_NOFILE, &m_before);
+        struct rlimit none = m_before;
+        none.rlim_cur = 0;
+        ::setrlimit(RLIMIT_NOFILE, &none);
+    }
+    ~NoDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
+
+private:
+    struct rlimit m_before;
+};
+
+} // namespace
+
+/// In place of the C library's: what reads a file gets an error from the medium.
+extern "C" ssize_t read(int file, void *data, size_t size)
+{
+    struct stat status {
+    };
+    if (isMediumFailing && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+        errno = EIO;
+        return -1;
+    }
+    return ::syscall(SYS_read, file, data, size);
+}
+
+class TestSettingsFile : public QObject
+{
+    Q_OBJECT
+
+    QString m_file;
+    std::optional<Configuration> m_configuration;
+
+private Q_SLOTS:
+    void init()
+    {
+        m_file = useFreshSettings();
+        m_configuration.emplace();
+        m_configuration->init();
+    }
+
+    /// The settings beside the one that is written stay, and that one is written later.
+    void notToBeReplaced_data()
+    {
+        QTest::addColumn<QString>("obstacle");
+        QTest::addColumn<QString>("removal");
+        const QString away = "; rm -rf \"$f\"; mv \"$f.good\" \"$f\"";
+        const auto row = [&](const char *name, const char *obstacle) {
+            QTest::newRow(name) << QString("mv \"$f\" \"$f.good\"; ") + obstacle << "true" + away;
+        };
+        row("FIFO", "mkfifo \"$f\"");
+        row("directory", "mkdir \"$f\"");
+        row("device", "ln -s /dev/zero \"$f\"");
+        QTest::newRow("forbidden") << "chmod 0 \"$f\""
+                                   << "chmod 600 \"$f\"";
+        QTest::newRow("failing medium") << "true"
+                                        << "true";
+        QTest::newRow("too many files open") << "true"
+                                             << "true";
+        QTest::newRow("not kept aside") << "cp \"$f\" \"$f.good\"; echo { >\"$f\"; mkdir \"$f.bad\""
+                                        << "rmdir \"$f.bad\"" + away;
+        QTest::newRow("nothing there, read-only")
+            << "cp \"$f\" /tmp/good; mount -t tmpfs -o ro none \"${f%/*}\""
+            << "umount \"${f%/*}\"";
+    }
+    void notToBeReplaced()
+    {
+        QFETCH(QString, obstacle);
+        QFETCH(QString, removal);
+        write(m_file, R"({"device": {"pin": "hash"}, "config_changes": 7})");
+        prepare(obstacle, m_file);
+        const QString what = QTest::currentDataTag();
+        const bool isUnreadable = !what.startsWith("no"); // what is not there or damaged was read
+        {
+            isMediumFailing = what == "failing medium";
+            const auto restore = qScopeGuard([] { isMediumFailing = false; });
+            std::optional<NoDescriptors> none;
+            if (what == "too many files open")
+                none.emplace();
+            QCOMPARE(m_configuration->getValue(SettingsCode::DevicePin), QVariant(""));
+            m_configuration->snapshot();
+            m_configuration->setValue(SettingsCode::DeviceLang, "de");
+            m_configuration->commit();
+            QCOMPARE(m_configuration->getValue(SettingsCode::DeviceLang), QVariant("de"));
+            m_configuration->rollback(aux::SettingsArea::Network);
+            const auto nothing = [](QSettings::SettingsMap &) {};
+            QVERIFY(aux::changeSettings(nothing).cause().startsWith("/data/config/"));
+        }
+        prepare(removal, m_file);
+        QCOMPARE(valueIn(m_file, "device/pin"), QJsonValue("hash"));
+        m_configuration->sync();
+        for (const char *key : {"lang", "pin"})
+            QVERIFY2(valueIn(m_file, QString("device/") + key).isString(), read(m_file));
+        QCOMPARE(m_configuration->getValue(SettingsCode::DevicePin), QVariant("hash"));
+        if (isUnreadable)
+            QCOMPARE(m_configuration->getChangeCounter(), 7);
+    }
+
+    void damaged_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("cut off") << QByteArray(R"({"device": {"pin": "ha)");
+        QTest::newRow("array") << QByteArray("[1]");
+        QTest::newRow("zeros") << QByteArray(100, '\0');
+        QTest::newRow("empty") << QByteArray("");
+        QTest::newRow("object") << QByteArray("{}");
+    }
+    void damaged()
+    {
+        QFETCH(QByteArray, text);
+        const bool isKept = text.size() > 2;
+        write(m_file + ".bad", "older");
+        write(m_file, text);
+        m_configuration->setValue(SettingsCode::DeviceLang, "de");
+        QCOMPARE(valueIn(m_file, "device/lang"), QJsonValue("de"));
+        QCOMPARE(read(m_file + ".bad"), isKept ? text : QByteArray("older"));
+        if (isKept)
+            prepare("test $(stat -c %a \"$f.bad\") = 600", m_file);
+    }
+
+    void locks_data()
+    {
+        QTest::addColumn<QString>("obstacle");
+        QTest::addColumn<bool>("isRemovedAtStart");
+        const QString dead = "true & p=$!; wait $p; printf '%s\\nx\\n\\n\\n\\n' $p >\"$l\"";
+        QTest::newRow("empty, old") << "touch -d -3seconds \"$l\"" << true;
+        QTest::newRow("empty, of the future") << "touch -d +1000seconds \"$l\"" << true;
+        QTest::newRow("empty, just made") << "touch \"$l\"" << false;
+        QTest::newRow("of the last boot") << "printf '1\\nx\\n\\n\\nother\\n' >\"$l\"" << true;
+        QTest::newRow("of a dead process") << dead << true;
+        QTest::newRow("of a dead process, taken by a reader")
+            << dead + "; flock -s \"$l\" sleep 30 & sleep 0.2" << true;
+        QTest::newRow("of a process that never took it") << "echo 1 >\"$l\"" << false;
+        QTest::newRow("dangling link") << "ln -s /nowhere \"$l\"" << true;
+        QTest::newRow("FIFO") << "mkfifo \"$l\"" << true;
+        QTest::newRow("directory") << "mkdir \"$l\"" << true;
+        QTest::newRow("full directory") << "mkdir -p \"$l/x\"" << false;
+        QTest::newRow("queue a FIFO") << "mkfifo \"$t\"" << true;
+        QTest::newRow("queue a link") << "ln -s /dev/zero \"$t\"" << true;
+        QTest::newRow("queue a full directory") << "mkdir -p \"$t/x\"" << true;
+    }
+    void locks()
+    {
+        QFETCH(QString, obstacle);
+        QFETCH(bool, isRemovedAtStart);
+        const QString make =
+            "l=\"$f.lock\"; t=\"${f%/*}/.${f##*/}.turn\"; rm -rf \"$l\" \"$t\"; " + obstacle;
+        prepare(make, m_file);
+        Configuration other;
+        other.init();
+        QCOMPARE(!filesIn(QFileInfo(m_file).path()).contains("terminal.JSON.lock"),
+                 isRemovedAtStart);
+        prepare(make, m_file); // what comes after the start is in the way of a write
+        QElapsedTimer timer;
+        timer.start();
+        other.setValue(SettingsCode::DeviceLang, "de");
+        QCOMPARE(valueIn(m_file, "device/lang"), QJsonValue("de"));
+        QVERIFY(timer.elapsed() < hang);
+    }
+
+    /// Mode and owner of what is there stay; what is new is for its owner only.
+    void modesAndOwners()
+    {
+        prepare("rmdir \"${f%/*}\"", m_file);
+        m_configuration->setValue(SettingsCode::DeviceLang, "de");
+        prepare("test $(stat -c %a \"$f\" \"${f%/*}\" | tr '\\n' ,) = 600,700,", m_file);
+        if (::chown(QFile::encodeName(m_file).constData(), 1, 2) != 0)
+            QSKIP("this machine lends no other account");
+        prepare("chmod 640 \"$f\"", m_file);
+        m_configuration->setValue(SettingsCode::DeviceLang, "fr");
+        QCOMPARE(valueIn(m_file, "device/lang"), QJsonValue("fr"));
+        prepare("test $(stat -c %u:%g:%a \"$f\") = 1:2:640", m_file);
+    }
+
+    /// A plain QSettings sees a change by size and time only, whatever the file system keeps of it.
+    void plainReaders()
+    {
+        for (int round = 1000; round < 1020; ++round) {
+            m_configuration->setValue(SettingsCode::DeviceLang, QString::number(round));
+            QCOMPARE(QSettings().value("device/lang").toInt(), round);
+        }
+    }
+};
+
+QTEST_APPLESS_MAIN(TestSettingsFile)
+#include "tst_settingsfile.moc"
