@@ -144,17 +144,18 @@ public:
     /// kill or a power cut at the very end, or on a file system that knows no unnamed files, a
     /// hidden file of mode 0600 may be. The result has mode 0600 and replaces a file or link of
     /// that name; both paths may be the same. The program is found in PATH, and it is killed after
-    /// half a minute and a second more for each 256 KiB that it has read and written; that is how
-    /// long a call blocks at the most, and seconds more where something has to be ended. The
-    /// process must not ignore SIGCHLD. No debug lines are written.
+    /// half a minute and a second more for each 256 KiB that it has read and written, or when the
+    /// calling thread ends; that is how long a call blocks at the most, and seconds more where
+    /// something has to be ended. It does not matter which signals the process blocks or ignores,
+    /// SIGCHLD included. No debug lines are written.
     ///
     /// All fail with 10001, the operation's name, ": " and
     /// - "Failed to open file for reading": `inFile` is missing, not readable or no regular file
     /// - "Failed to open file for writing": `outFile` cannot be made, or is a directory or device,
-    /// or its
-    ///   directory cannot be read
+    ///   or its directory cannot be read
     /// - "Failed to write to output file": the storage is full or broken
-    /// - "PROGRAM cannot be started", "PROGRAM did not end in time", "PROGRAM was killed"
+    /// - "PROGRAM cannot be started", "PROGRAM did not end in time", "PROGRAM was killed".
+    ///
     /// @{
 
     /// Encodes a file as base64 (RFC 4648, lines of 76 characters), or decodes one, with the
@@ -170,16 +171,18 @@ public:
     /// program "gpg". A key pair serves for both directions, a public key alone for encryptFileGPG.
     ///
     /// The keyring "/tmp/gpg-temp-keyring" holds one key until removeKeypairGPG, the next import or
-    /// the next start of the machine. It is the same for the whole machine: operations on it must
-    /// not overlap, those of other processes included. Nothing but what it holds is used, and
-    /// nothing goes to the network; gpg-agent is ended before each operation returns. Fails with
-    /// the above and "importKeypairGPG: " and
+    /// the next start of the machine. It is the same for the whole machine: operations on it take
+    /// turns, those of other processes included, and wait for it for five minutes at most. Nothing
+    /// but what it holds is used, and nothing goes to the network; gpg-agent keeps no pass phrase
+    /// and is ended before each operation returns. gpg gets 256 MiB of memory: a key or message
+    /// that makes it want more is an error. Fails with the above and "importKeypairGPG: " and
     /// - "file holds no key", "file holds no whole key", "file holds more than one key"
     /// - "key was made after what the clock says now": the clock of the terminal is wrong
     /// - "key is not valid": it lacks a valid signature of its own
     /// - "/tmp/gpg-temp-keyring is not this program's own directory": it is no directory, a link,
     ///   another user's or open to others; it is left as it is
     /// - "/tmp/gpg-temp-keyring cannot be made", "/tmp/gpg-temp-keyring cannot be removed"
+    /// - "/tmp/gpg-temp-keyring is in use"
     /// - "no room in /tmp/gpg-temp-keyring"
     /// - "gpg-agent did not take the secret key": it is not installed, say
     /// - "gpg-agent cannot be ended".
@@ -192,18 +195,20 @@ public:
     /// - "no key is imported", "gpg failed", "gpg-agent cannot be ended"
     /// - "no room in /tmp/gpg-temp-keyring"
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
+    /// - "/tmp/gpg-temp-keyring is in use"
     /// - "key has expired", "key is revoked", "key is not valid", "key cannot encrypt"
     /// - "key was made after what the clock says now".
     static Error encryptFileGPG(const QString &inFile, const QString &outFile);
     /// Decrypts a message with the imported key; an empty pass phrase for a key without one. A key
-    /// that has expired or was revoked still decrypts. Fails with the above and "decryptFileGPG: "
-    /// and
+    /// that has expired or was revoked still decrypts. What a message decrypts to leaves 64 MiB of
+    /// the output's file system free. Fails with the above and "decryptFileGPG: " and
     /// - "no key is imported", "gpg-agent cannot be ended"
     /// - "no room in /tmp/gpg-temp-keyring"
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
-    /// - "pass phrase contains a line break or NUL", "pass phrase is too long" (255 bytes), "pass
-    /// phrase
-    ///   cannot be handed to gpg"
+    /// - "/tmp/gpg-temp-keyring is in use"
+    /// - "pass phrase contains a line break or NUL"
+    /// - "pass phrase is too long": of more than 255 bytes
+    /// - "pass phrase cannot be handed to gpg"
     /// - "wrong pass phrase"
     /// - "no secret key for this message": it is to another key or to a pass phrase, or only the
     ///   public key was imported
@@ -215,6 +220,7 @@ public:
     /// Removes the temporary keyring and ends what runs on it; no keyring is success. Fails with
     /// 10001, "removeKeypairGPG: " and
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
+    /// - "/tmp/gpg-temp-keyring is in use"
     /// - "/tmp/gpg-temp-keyring cannot be removed", "gpg-agent cannot be ended".
     static Error removeKeypairGPG();
     /// @}

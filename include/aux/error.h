@@ -20,8 +20,8 @@ namespace aux
 ///
 /// | id    | meaning                                                                            |
 /// |-------|------------------------------------------------------------------------------------|
-/// | 10001 | a directory or file is missing, or an internal failure; container, key,       |
-/// |       | supplicant and system-information failures                                         |
+/// | 10001 | a directory or file is missing, or an internal failure; container, key, supplicant |
+/// |       | and system-information failures                                                    |
 /// | 10002 | the source file is missing; a fault in a configuration file or a USB id list       |
 /// | 10003 | a source file cannot be read                                                       |
 /// | 10004 | moving or removing a file failed                                                   |
@@ -109,7 +109,9 @@ public:
     /// @}
 
     /// @{
-    /// Free text attached to the whole error; null until it is set.
+    /// Free text attached to the whole error; null until it is set. An error of libaux that the
+    /// system caused has the cause here: what it is about, a colon, a blank and the explanation, as
+    /// in "/data/zel/rk4/new/x.bin: No space left on device".
     void setExtraData(const QString &extraData) { m_extraData = extraData; }
     const QString &getExtraData() const { return m_extraData; }
     /// @}
