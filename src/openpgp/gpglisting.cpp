@@ -64,6 +64,26 @@ bool Status::has(const char *keyword) const
                        [keyword](const QByteArrayList &line) { return line.first() == keyword; });
 }
 
+Reason Status::whyNotDecrypted(bool hasSucceeded) const
+{
+    // Without the key's own line it was a message to a pass phrase, which anybody can make.
+    const bool hasKey = has("DECRYPTION_KEY");
+    const bool isWhole = has("DECRYPTION_OKAY");
+    if (hasSucceeded && isWhole && hasKey)
+        return {};
+    if (isPassPhraseWrong())
+        return QStringLiteral("wrong pass phrase");
+    if (!hasKey && (isWhole || has("NO_SECKEY")))
+        return QStringLiteral("no secret key for this message");
+    if (isWhole && (has("ERRSIG") || has("BADSIG")))
+        return QStringLiteral("signature of the message cannot be verified");
+    // gpg 2.4 says no more than to whom it is where the rest is cut off.
+    if (hasKey || has("BEGIN_DECRYPTION") || has("ENC_TO"))
+        return QStringLiteral("message is damaged or was tampered with");
+    return QStringLiteral("input is no encrypted message");
+}
+
+/// Whether the line "ERROR pkdecrypt_failed" has one of these codes of libgpg-error.
 bool Status::isPassPhraseWrong() const
 {
     return std::any_of(m_lines.begin(), m_lines.end(), [](const QByteArrayList &line) {

@@ -19,12 +19,14 @@ public:
     explicit Status(const QByteArray &output);
 
     bool has(const char *keyword) const;
-    /// Whether the line "ERROR pkdecrypt_failed" has one of these codes of libgpg-error.
-    bool isPassPhraseWrong() const;
+    /// Why no message was decrypted with the key; `hasSucceeded` is what gpg's exit status says.
+    Reason whyNotDecrypted(bool hasSucceeded) const;
     /// Whether an import has read a secret key, but could not keep it.
     bool isSecretKeyLost() const;
 
 private:
+    bool isPassPhraseWrong() const;
+
     QVector<QByteArrayList> m_lines;
 };
 

@@ -73,21 +73,7 @@ Reason whyNotEncrypted(const gpg::Run &run)
 
 Reason whyNotDecrypted(const gpg::Run &run)
 {
-    const gpg::Status &status = run.status();
-    // Without the key's own line it was a message to a pass phrase, which anybody can make.
-    const bool hasKey = status.has("DECRYPTION_KEY");
-    const bool isWhole = status.has("DECRYPTION_OKAY");
-    if (run.hasSucceeded() && isWhole && hasKey)
-        return {};
-    if (status.isPassPhraseWrong())
-        return QStringLiteral("wrong pass phrase");
-    if (!hasKey && (isWhole || status.has("NO_SECKEY")))
-        return QStringLiteral("no secret key for this message");
-    if (isWhole && (status.has("ERRSIG") || status.has("BADSIG")))
-        return QStringLiteral("signature of the message cannot be verified");
-    if (hasKey || status.has("BEGIN_DECRYPTION"))
-        return QStringLiteral("message is damaged or was tampered with");
-    return QStringLiteral("input is no encrypted message");
+    return run.status().whyNotDecrypted(run.hasSucceeded());
 }
 
 /// Why it failed: where there was no room, what gpg says is not to be trusted.
