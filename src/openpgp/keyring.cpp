@@ -11,7 +11,6 @@
 #include <csignal>
 
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -28,7 +27,6 @@ namespace
 
 constexpr int enoughRoom = 64 * 1024;      // bytes
 constexpr int longestTurn = 5 * 60 * 1000; // ms that are waited for others
-constexpr int pollInterval = 10;           // ms
 
 const Reason foreign = QStringLiteral("%1 is not this program's own directory").arg(Keyring::path);
 const Reason notMade = QStringLiteral("%1 cannot be made").arg(Keyring::path);
@@ -49,12 +47,12 @@ QByteArray encodedPath()
 /// Waits for a lock that its holder gives up, or that the kernel takes from it when it dies.
 bool lock(const Descriptor &file)
 {
-    for (int waited = 0; ::flock(file.number(), LOCK_EX | LOCK_NB) != 0; waited += pollInterval) {
-        if ((errno != EWOULDBLOCK && errno != EINTR) || waited >= longestTurn)
-            return false;
-        ::poll(nullptr, 0, pollInterval);
-    }
-    return true;
+    bool isLocked = false;
+    const auto isDecided = [&] {
+        isLocked = ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
+        return isLocked || (errno != EWOULDBLOCK && errno != EINTR);
+    };
+    return waitUntil(isDecided, longestTurn) && isLocked;
 }
 
 /// A process forked meanwhile has the lock too, and would keep it.

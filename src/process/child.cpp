@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "process/child.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <vector>
@@ -76,8 +77,11 @@ void unblockSignals()
     for (const int descriptor : plan.inherited)
         ::fcntl(descriptor, F_SETFD, 0);
     for (const auto &[resource, bytes] : plan.limits) {
-        const rlimit limit{bytes, bytes};
-        ::setrlimit(static_cast<__rlimit_resource>(resource), &limit);
+        const auto which = static_cast<__rlimit_resource>(resource);
+        rlimit limit{};
+        ::getrlimit(which, &limit);
+        limit.rlim_cur = limit.rlim_max = std::min(limit.rlim_cur, bytes);
+        ::setrlimit(which, &limit);
     }
     unblockSignals();
     ::execvpe(arguments.data()[0], arguments.data(), environment.data());
@@ -103,7 +107,7 @@ void unblockSignals()
     while (program > 0 && ::waitpid(program, &end.status, 0) < 0 && errno == EINTR) {
     }
     static_cast<void>(!::write(STDIN_FILENO, &end, sizeof end));
-    ::kill(0, SIGKILL);
+    ::kill(-self, SIGKILL);
     ::_exit(EXIT_FAILURE);
 }
 

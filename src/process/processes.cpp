@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "process/processes.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
-#include <QThread>
 
 #include <algorithm>
 #include <csignal>
 
+#include <poll.h>
 #include <unistd.h>
 
 namespace aux
@@ -16,8 +15,8 @@ namespace aux
 namespace
 {
 
-constexpr int endTimeout = 2000;           // ms
-constexpr unsigned long pollInterval = 10; // ms
+constexpr int endTimeout = 2000; // ms
+constexpr int pollInterval = 10; // ms
 
 /// Returns whether it has let go of everything; its parent may not have asked for it yet.
 bool hasEnded(pid_t process)
@@ -59,11 +58,17 @@ bool endProcesses(const QVector<pid_t> &processes, int signal)
         if (!hasEnded(process))
             ::kill(process, signal);
     }
-    const QDeadlineTimer deadline(endTimeout);
-    while (!std::all_of(processes.begin(), processes.end(), hasEnded)) {
-        if (deadline.hasExpired())
+    return waitUntil(
+        [&processes] { return std::all_of(processes.begin(), processes.end(), hasEnded); },
+        endTimeout);
+}
+
+bool waitUntil(const std::function<bool()> &condition, int milliseconds)
+{
+    for (int waited = 0; !condition(); waited += pollInterval) {
+        if (waited >= milliseconds)
             return false;
-        QThread::msleep(pollInterval);
+        ::poll(nullptr, 0, pollInterval);
     }
     return true;
 }
