@@ -11,11 +11,9 @@ namespace
 const KeyPair locked{"cv1", ed25519 + cv25519, "Größe € p"};
 const KeyPair unlocked{"cv2", ed25519 + cv25519};
 const KeyPair lockedRsa{"rsa1", othermachine::rsa, "pp"};
-const KeyPair openRsa{"rsa2", othermachine::rsa};
 const KeyPair expired{"expired", ed25519 + cv25519, {}, "20200101T000000", "10d"};
 const KeyPair revoked{"revoked", ed25519 + cv25519};
 const KeyPair future{"future", ed25519 + cv25519, {}, "20370101T000000"};
-const KeyPair renewed{"renewed", ed25519};
 const KeyPair signing{"signing", ed25519};
 
 /// A message of our key that is altered or cut off; it is small, but has every part.
@@ -35,20 +33,14 @@ class TestOpenPgp : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        for (const KeyPair &key :
-             {locked, unlocked, lockedRsa, openRsa, expired, revoked, future, renewed, signing})
+        for (const KeyPair &key : {locked, unlocked, lockedRsa, expired, revoked, future, signing})
             othermachine::makeKey(key);
-        const auto fingerprint = [](const KeyPair &key) {
-            const QByteArray listing =
-                othermachine::gpg({"--with-colons", "--list-keys", key.name});
-            return QString(listing.mid(listing.indexOf("fpr:")).split(':').value(9));
-        };
+        const QByteArray listing =
+            othermachine::gpg({"--with-colons", "--list-keys", revoked.name});
+        const QString fingerprint = listing.mid(listing.indexOf("fpr:")).split(':').value(9);
         // gpg keeps a revocation for each key, with a colon in front so that it is not used by
         // chance.
-        othermachine::gpg({"--passphrase", "", "--quick-add-key", fingerprint(renewed), "cv25519"},
-                          {}, future.madeAt);
-        const QString revocation =
-            othermachine::home + "/openpgp-revocs.d/" + fingerprint(revoked) + ".rev";
+        const QString revocation = othermachine::home + "/openpgp-revocs.d/" + fingerprint + ".rev";
         othermachine::gpg({"--import"}, read(revocation).replace(":-----BEGIN", "-----BEGIN"));
     }
 
@@ -59,9 +51,8 @@ private Q_SLOTS:
     {
         columns<KeyPair, QString, QString>("key", "form", "file");
         row("cv25519, with a pass phrase", locked, QString("--armor"), QString("--output"));
-        row("cv25519, without", unlocked, QString("--no-armor"), QString("with blank"));
-        row("RSA 3072, with a pass phrase", lockedRsa, QString("--no-armor"), QString("Größe €"));
-        row("RSA 3072, without", openRsa, QString("--armor"), QString("-"));
+        row("cv25519, without", unlocked, QString("--no-armor"), QString("-"));
+        row("RSA, with a pass phrase", lockedRsa, QString("--no-armor"), QString("Größe €"));
     }
     void roundTrip()
     {
@@ -92,68 +83,68 @@ private Q_SLOTS:
     {
         QCOMPARE(importKey(locked), QString());
         write("in", othermachine::encrypted("content", locked));
-        for (const char *wrong : {"wrong", ""}) {
-            QCOMPARE(decrypt(locked.passPhrase), QString());
-            QCOMPARE(read("out"), QByteArray("content"));
+        QCOMPARE(decrypt(locked.passPhrase), QString());
+        QCOMPARE(read("out"), QByteArray("content"));
+        for (const QString &wrong : {QString(), QString(255, 'x')})
             QCOMPARE(decrypt(wrong), failure("decryptFileGPG", "wrong pass phrase"));
-        }
-        QCOMPARE(decrypt(QString(255, 'x')), failure("decryptFileGPG", "wrong pass phrase"));
         QCOMPARE(decrypt(QString(256, 'x')), failure("decryptFileGPG", "pass phrase is too long"));
         othermachine::gpg({"--passphrase", locked.passPhrase, "--decrypt"}, read("in"), {},
                           keyring);
         QCOMPARE(keyringProcesses().size(), 1);
+        QProcess second; // what a caller that was killed leaves behind decrypts nothing
+        second.start("gpg",
+                     {"--homedir", keyring, "--batch", "--pinentry-mode", "error", "-d", "in"});
+        QVERIFY(second.waitForFinished());
+        QVERIFY(second.exitCode() != 0);
         QCOMPARE(decrypt("wrong"), failure("decryptFileGPG", "wrong pass phrase"));
     }
 
-    void messagesThatAreRefused_data()
-    {
-        columns<QByteArray, QString, QString>("message", "passPhrase", "reason");
-        const QByteArray mine = smallMessage();
-        const QByteArray literal = othermachine::gpg({"--store"}, "content");
-        const QString noSecret = "no secret key for this message";
-        const QString noMessage = "input is no encrypted message";
-        const QString damaged = "message is damaged or was tampered with";
-        const QString broken = "pass phrase contains a line break or NUL";
-        row("to another key", othermachine::encrypted("content", locked), QString(), noSecret);
-        row("to a pass phrase", othermachine::gpg({"--passphrase", "p", "--symmetric"}, "content"),
-            QString("p"), noSecret);
-        row("to the key and a pass phrase, given the latter",
-            othermachine::gpg(
-                {"--passphrase", "p", "--recipient", locked.name, "--symmetric", "--encrypt"},
-                "content"),
-            QString("p"), noSecret);
-        row("not encrypted", literal, QString(), noMessage);
-        row("a text", QByteArray("content"), QString(), noMessage);
-        row("empty", QByteArray(), QString(), noMessage);
-        row("two in one", mine + mine, QString(), damaged);
-        row("with plain text behind", mine + literal, QString(), damaged);
-        row("signed by a stranger",
-            othermachine::gpg(
-                {"--recipient", unlocked.name, "--local-user", signing.name, "--sign", "--encrypt"},
-                "content"),
-            QString(), QString("signature of the message cannot be verified"));
-        const QByteArray large = othermachine::encrypted(incompressible(9000), unlocked);
-        row("cut off early", large.left(large.size() * 2 / 5), QString(), damaged);
-        row("cut off late", large.chopped(10), QString(), damaged);
-        QByteArray tampered = othermachine::gpg(
-            {"--recipient", unlocked.name, "--local-user", signing.name, "--sign", "--encrypt"},
-            "content");
-        tampered[tampered.size() - 10] = static_cast<char>(tampered[tampered.size() - 10] ^ 1);
-        row("signed, and altered", tampered, QString(), damaged);
-        row("line feed in the pass phrase", mine, QString("a\nb"), broken);
-        row("carriage return", mine, QString("a\r"), broken);
-        row("NUL", mine, "a" + QString(QChar::Null), broken);
-    }
     void messagesThatAreRefused()
     {
-        QFETCH(QByteArray, message);
-        QFETCH(QString, passPhrase);
-        QFETCH(QString, reason);
+        struct Row {
+            const char *name;
+            QByteArray message;
+            QString passPhrase;
+            QString reason;
+        };
+        const auto gpg = [](const QStringList &arguments) {
+            return othermachine::gpg(arguments, "content");
+        };
+        const QByteArray mine = smallMessage();
+        const QByteArray literal = gpg({"--store"});
+        const QByteArray large = othermachine::encrypted(incompressible(9000), unlocked);
+        const QByteArray sealed = gpg(
+            {"--recipient", unlocked.name, "--local-user", signing.name, "--sign", "--encrypt"});
+        QByteArray altered = sealed;
+        altered[altered.size() - 10] = static_cast<char>(altered[altered.size() - 10] ^ 1);
+        const QString noSecret = "no secret key for this message";
+        const QString damaged = "message is damaged or was tampered with";
+        const QString broken = "pass phrase contains a line break or NUL";
+        const QStringList toPassPhrase{"--passphrase", "p", "--symmetric"};
+        const QStringList andLocked{"--recipient", locked.name, "--encrypt"};
         QCOMPARE(importKey(unlocked), QString());
-        write("in", message);
-        QCOMPARE(decrypt(passPhrase), failure("decryptFileGPG", reason));
-        QCOMPARE(read("out"), QByteArray("old"));
-        QCOMPARE(filesIn("."), QStringList({"in", "out"}));
+        for (const Row &row : std::initializer_list<Row>{
+                 {"to another key", othermachine::encrypted("content", locked), {}, noSecret},
+                 {"to a pass phrase", gpg(toPassPhrase), "p", noSecret},
+                 {"to both", gpg(toPassPhrase + andLocked), "p", noSecret},
+                 {"not encrypted", literal, {}, "input is no encrypted message"},
+                 {"empty", {}, {}, "input is no encrypted message"},
+                 {"two in one", mine + mine, {}, damaged},
+                 {"with plain text behind", mine + literal, {}, damaged},
+                 {"signed", sealed, {}, "signature of the message cannot be verified"},
+                 {"signed, and altered", altered, {}, damaged},
+                 {"cut off early", large.left(large.size() * 2 / 5), {}, damaged},
+                 {"cut off late", large.chopped(10), {}, damaged},
+                 {"line feed in the pass phrase", mine, "a\nb", broken},
+                 {"carriage return", mine, "a\r", broken},
+                 {"NUL", mine, "a" + QString(QChar::Null), broken}}) {
+            write("in", row.message);
+            const QString result = decrypt(row.passPhrase);
+            QVERIFY2(result == failure("decryptFileGPG", row.reason),
+                     qPrintable(row.name + (": " + result)));
+            QCOMPARE(read("out"), QByteArray("old"));
+            QCOMPARE(filesIn("."), QStringList({"in", "out"}));
+        }
     }
 
     void damagedMessages()
@@ -165,13 +156,13 @@ private Q_SLOTS:
             write("out", "old");
             return decrypt({}).isEmpty();
         };
-        for (int position = 0; position < whole.size(); position += 10) {
+        for (int position = 0; position < whole.size(); position += 50) {
             QVERIFY2(!isRead(whole.left(position)), qPrintable(QString::number(position)));
             QCOMPARE(read("out"), QByteArray("old"));
         }
         // In the first packet, the key of this session, there are bits that do not matter.
         const int firstPacket = 2 + static_cast<uchar>(whole[1]);
-        for (int position = 0; position < whole.size(); position += 13) {
+        for (int position = 0; position < whole.size(); position += 29) {
             QByteArray message = whole;
             message[position] = static_cast<char>(whole[position] ^ (1 << position % 8));
             const bool matters = !isRead(message);
@@ -191,7 +182,6 @@ private Q_SLOTS:
         row("signs only", signing, QString("key cannot encrypt"));
         const QString tooNew = "key was made after what the clock says now";
         row("made in the future", future, tooNew);
-        row("subkey made in the future", renewed, tooNew);
     }
     void keysThatCannotEncrypt()
     {
@@ -228,7 +218,7 @@ private Q_SLOTS:
             QString("file holds no key"));
         row("cut off in the subkey", whole.chopped(92), QString("file holds no whole key"));
         row("followed by rubbish", whole + "content", QString("file holds no key"));
-        row("two keys", whole + othermachine::exported(openRsa),
+        row("two keys", whole + othermachine::exported(signing),
             QString("file holds more than one key"));
     }
     void filesThatBringNoKey()
@@ -245,7 +235,7 @@ private Q_SLOTS:
 
     void importReplacesTheKey()
     {
-        QCOMPARE(importKey(openRsa), QString());
+        QCOMPARE(importKey(unlocked), QString());
         QCOMPARE(importKey(othermachine::gpg({"--export", locked.name})), QString());
         for (const char *none : {"nowhere", "."}) // keep the key
             QCOMPARE(text(DataHelper::importKeypairGPG(none)),

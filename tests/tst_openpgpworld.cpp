@@ -2,8 +2,10 @@
 #include "support/datadirectories.h"
 #include "support/openpgp.h"
 #include "support/rows.h"
+#include "support/waiting.h"
 #include "support/world.h"
 
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,6 +13,8 @@ namespace
 {
 
 bool isForeign = false;
+bool isImmortal = false;
+bool isLocked = false;
 
 } // namespace
 
@@ -18,6 +22,19 @@ bool isForeign = false;
 extern "C" uid_t geteuid() noexcept
 {
     return ::getuid() + (isForeign ? 1 : 0);
+}
+
+extern "C" int kill(pid_t process, int signal) noexcept
+{
+    return isImmortal ? 0 : static_cast<int>(::syscall(SYS_kill, process, signal));
+}
+
+extern "C" int flock(int file, int operation) noexcept
+{
+    if (!isLocked || operation == LOCK_UN)
+        return static_cast<int>(::syscall(SYS_flock, file, operation));
+    errno = EWOULDBLOCK;
+    return -1;
 }
 
 namespace
@@ -37,7 +54,8 @@ private Q_SLOTS:
     void init() { prepareWork(); }
     void cleanup()
     {
-        isForeign = false;
+        isForeign = isImmortal = isLocked = false;
+        waiting.skipsPrograms = waiting.skipsPauses = false;
         QDir("/tmp/fakes").removeRecursively();
         checkNothingIsLeft();
     }
@@ -97,19 +115,66 @@ private Q_SLOTS:
         QCOMPARE(importKey(locked), QString());
         const QByteArray content = incompressible(1000000);
         write("in", othermachine::encrypted(content, locked));
+        const int descriptors = filesIn("/proc/self/fd").size();
         fakeProgram("gpg", script);
+        waiting.skipsPrograms = script.startsWith("sleep");
         if (script.isEmpty())
             qputenv("PATH", "/nowhere");
         QCOMPARE(decrypt(locked.passPhrase), failure("decryptFileGPG", reason));
         QCOMPARE(read("out"), QByteArray("old"));
         QCOMPARE(filesIn("."), QStringList({"in", "out"}));
+        QCOMPARE(filesIn("/proc/self/fd").size(), descriptors);
     }
 
-    void agentThatDoesNotListen()
+    void whatCannotBeEnded()
     {
         QCOMPARE(importKey(locked), QString());
         write("in", othermachine::encrypted("content", locked));
-        fakeProgram("gpgconf", "exit 0");
+        waiting.skipsPauses = isImmortal = true;
+        QCOMPARE(decrypt(locked.passPhrase),
+                 failure("decryptFileGPG", "gpg-agent cannot be ended"));
+        QCOMPARE(read("out"), QByteArray("old"));
+        isImmortal = false;
+        isLocked = true;
+        QCOMPARE(decrypt(locked.passPhrase), failure("decryptFileGPG", keyring + " is in use"));
+        isLocked = waiting.skipsPauses = false;
+        QCOMPARE(decrypt(locked.passPhrase), QString());
+    }
+
+    void operationsTakeTurns()
+    {
+        QCOMPARE(importKey(locked), QString());
+        write("in", othermachine::encrypted(QByteArray(100000, 'x'), locked));
+        constexpr int times = 4;
+        const pid_t child = ::fork();
+        if (child == 0) {
+            int good = 0;
+            for (int time = 0; time < times; ++time)
+                good += decrypt(locked.passPhrase, "in", "other").isEmpty() ? 1 : 0;
+            ::_exit(good);
+        }
+        for (int time = 0; time < times; ++time)
+            QCOMPARE(decrypt("wrong"), failure("decryptFileGPG", "wrong pass phrase"));
+        int status = -1;
+        ::waitpid(child, &status, 0);
+        QCOMPARE(WEXITSTATUS(status), times);
+        QFile::remove("other");
+    }
+
+    /// The programs end with their caller, and the next one finds the keyring free.
+    void killedCaller()
+    {
+        QCOMPARE(importKey(locked), QString());
+        write("in", othermachine::encrypted("content", locked));
+        fakeProgram("gpg", "echo $$ >/data/box/started\nexec sleep 1000");
+        const pid_t child = ::fork();
+        if (child == 0)
+            ::_exit(decrypt(locked.passPhrase).size());
+        QTRY_VERIFY(read("started").endsWith('\n'));
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        QTRY_VERIFY(!QFile::exists("/proc/" + read("started").trimmed()));
+        QFile::remove("/tmp/fakes/gpg");
         QCOMPARE(decrypt(locked.passPhrase), QString());
     }
 
@@ -119,13 +184,15 @@ private Q_SLOTS:
         write("in", othermachine::encrypted("content", locked));
         fakeProgram("gpg",
                     "tr '\\0' '\\n' </proc/$$/cmdline >/data/box/seen\nenv >>/data/box/seen\n"
+                    "cat /proc/$$/limits >>/data/box/seen\n"
                     "exec /usr/bin/gpg \"$@\"");
         const MessageLog log;
         QCOMPARE(decrypt(locked.passPhrase), QString());
         const QByteArray seen = read("seen");
         for (const char *needed :
              {"\n--no-options\n", "\n--homedir\n/tmp/gpg-temp-keyring\n", "\n--disable-dirmngr\n",
-              "\n--no-auto-key-locate\n", "\n--no-symkey-cache\n", "\nLC_ALL=C\n"})
+              "\n--no-auto-key-locate\n", "\n--no-symkey-cache\n", "\nLC_ALL=C\n",
+              "\nMax data size             251658240 "})
             QVERIFY2(seen.contains(needed), needed);
         QVERIFY(!seen.contains(locked.passPhrase.toUtf8()));
         QCOMPARE(log.take(), QStringList());
@@ -145,21 +212,13 @@ private Q_SLOTS:
     }
 
     /// A daemon may have closed its standard streams; the files then get their numbers.
-    void closedStreams_data()
-    {
-        columns<int>("closed");
-        row("standard input", 1);
-        row("input and output", 2);
-        row("all", 3);
-    }
     void closedStreams()
     {
-        QFETCH(int, closed);
         QCOMPARE(importKey(locked), QString());
         write("in", "content");
         const pid_t child = ::fork();
         if (child == 0) {
-            for (int stream = 0; stream < closed; ++stream)
+            for (int stream = 0; stream <= STDERR_FILENO; ++stream)
                 ::close(stream);
             const bool isDone = encrypt("in", "in").isEmpty() &&
                                 decrypt(locked.passPhrase, "in", "out").isEmpty() &&
@@ -175,20 +234,38 @@ private Q_SLOTS:
     void noRoomForTheKeyring()
     {
         write("key", othermachine::exported(locked));
-        const SmallFileSystem small("/tmp", "size=16k");
-        QCOMPARE(text(DataHelper::importKeypairGPG("key")),
-                 failure("importKeypairGPG", "no room in " + keyring));
+        const auto importInto = [](const QByteArray &options) {
+            const SmallFileSystem small("/tmp", options);
+            return text(DataHelper::importKeypairGPG("key"));
+        };
+        QCOMPARE(importInto("size=16k"), failure("importKeypairGPG", "no room in " + keyring));
+        QCOMPARE(importInto("nr_inodes=1"),
+                 failure("importKeypairGPG", keyring + " cannot be made"));
     }
 
+    /// A small message may decrypt to any size.
+    void storageFull_data()
+    {
+        columns<QByteArray, bool>("size", "isEnough");
+        row("with less from the start", QByteArray("size=63m"), false);
+        row("with less in the end", QByteArray("size=66m"), false);
+        row("hardly", QByteArray("size=68m"), true);
+    }
     void storageFull()
     {
+        QFETCH(QByteArray, size);
+        QFETCH(bool, isEnough);
         QCOMPARE(importKey(locked), QString());
         clear("/data/small");
-        const SmallFileSystem small("/data/small", "size=64k");
-        write("in", othermachine::encrypted(QByteArray(1000000, 'x'), locked));
-        QCOMPARE(decrypt(locked.passPhrase, "in", "/data/small/out"),
-                 failure("decryptFileGPG", "Failed to write to output file"));
-        QCOMPARE(filesIn("/data/small"), QStringList());
+        const SmallFileSystem small("/data/small", size);
+        write("in", othermachine::encrypted(QByteArray(3 << 20, 'x'), locked));
+        const QString out = "/data/small/out";
+        const aux::Error error = DataHelper::decryptFileGPG("in", out, locked.passPhrase);
+        QCOMPARE(text(error), isEnough
+                                  ? QString()
+                                  : failure("decryptFileGPG", "Failed to write to output file"));
+        QCOMPARE(error.getExtraData(), isEnough ? QString() : out + ": No space left on device");
+        QCOMPARE(QFile::exists(out), isEnough);
     }
 };
 

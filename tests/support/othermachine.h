@@ -24,8 +24,8 @@ struct KeyPair {
     QByteArray expires = "0";
 };
 
-inline const QByteArray rsa = "Key-Type: RSA\nKey-Length: 3072\nSubkey-Type: RSA\n"
-                              "Subkey-Length: 3072\n";
+inline const QByteArray rsa = "Key-Type: RSA\nKey-Length: 2048\nSubkey-Type: RSA\n"
+                              "Subkey-Length: 2048\n";
 inline const QByteArray ed25519 = "Key-Type: EDDSA\nKey-Curve: ed25519\nKey-Usage: sign\n";
 inline const QByteArray cv25519 = "Subkey-Type: ECDH\nSubkey-Curve: cv25519\n"
                                   "Subkey-Usage: encrypt\n";
@@ -52,6 +52,7 @@ inline void makeKey(const KeyPair &key)
 {
     QDir().mkpath(home);
     QFile::setPermissions(home, QFileDevice::Permissions(0x7000)); // owner: read, write, enter
+    write(home + "/gpg-agent.conf", "s2k-count 65536\n"); // a pass phrase is slow on purpose
     const QByteArray protection =
         key.passPhrase.isEmpty() ? "%no-protection\n" : "Passphrase: " + key.passPhrase.toUtf8();
     gpg({"--generate-key"},
@@ -60,7 +61,7 @@ inline void makeKey(const KeyPair &key)
         key.madeAt);
 }
 
-/// The key pair as a file; made once, since a pass phrase is slow on purpose.
+/// The key pair as a file; made once.
 inline QByteArray exported(const KeyPair &key, const QString &form = "--no-armor")
 {
     static QMap<QString, QByteArray> files;
