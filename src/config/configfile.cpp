@@ -17,10 +17,16 @@ namespace
 
 const Reason notInitialized = QStringLiteral("not initialized");
 
-QVariant ofItsType(QVariant value, const Setting &setting)
+QVariant ofItsType(const QVariant &value, const Setting &setting)
 {
-    value.convert(static_cast<int>(setting.defaultValue.type()));
-    return value;
+    switch (setting.defaultValue.userType()) {
+    case QMetaType::Bool:
+        return value.toBool();
+    case QMetaType::UInt:
+        return value.toUInt();
+    default:
+        return value.toString();
+    }
 }
 
 /// All settings, in the shape of the settings file.

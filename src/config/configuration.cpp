@@ -56,7 +56,7 @@ void Configuration::setValue(SettingsCode code, const QVariant &value)
     if (!_isInitialized("setValue"))
         return;
     const Setting &setting = settingOf(code);
-    if (value.type() != setting.defaultValue.type()) {
+    if (value.userType() != setting.defaultValue.userType()) {
         debugLine("setValue", ": type mismatch");
         return;
     }

@@ -16,10 +16,10 @@ constexpr QLatin1Char separator('/');
 
 QJsonValue toJson(const QVariant &value)
 {
-    switch (value.type()) {
-    case QVariant::String:
+    switch (value.userType()) {
+    case QMetaType::QString:
         return value.toString();
-    case QVariant::Bool:
+    case QMetaType::Bool:
         return value.toBool();
     default:
         return value.toInt();

@@ -48,11 +48,11 @@ QString textExpectation(const Rule &rule)
 
 QString expectation(const Setting &setting)
 {
-    switch (setting.defaultValue.type()) {
-    case QVariant::Bool:
+    switch (setting.defaultValue.userType()) {
+    case QMetaType::Bool:
         return isTogether(setting) ? QStringLiteral("true or false; at least one of these is true")
                                    : QStringLiteral("true or false");
-    case QVariant::UInt: {
+    case QMetaType::UInt: {
         // The file holds numbers as int.
         const QString number = QStringLiteral("a number from 0 to %1").arg(INT_MAX);
         return setting.rule.kind == Kind::NotValue
@@ -66,10 +66,10 @@ QString expectation(const Setting &setting)
 
 bool hasType(const Setting &setting, const QJsonValue &value)
 {
-    switch (setting.defaultValue.type()) {
-    case QVariant::Bool:
+    switch (setting.defaultValue.userType()) {
+    case QMetaType::Bool:
         return value.isBool();
-    case QVariant::UInt:
+    case QMetaType::UInt:
         return value.toInt(-1) >= 0; // a whole number that fits
     default:
         return value.isString();

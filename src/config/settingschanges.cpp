@@ -16,7 +16,7 @@ const QVariant &orDefault(const QVariant &value, const Setting &setting)
 
 Error checkChange(const Setting &setting, const QVariant &value)
 {
-    return orDefault(value, setting).type() == setting.defaultValue.type()
+    return orDefault(value, setting).userType() == setting.defaultValue.userType()
                ? checkValue(setting, orDefault(value, setting))
                : wrongType(setting);
 }

@@ -31,10 +31,10 @@ bool isOfType(const Interface &interface, QNetworkInterface::InterfaceType type)
 /// The first interface of this type, else null.
 const Interface *firstOf(const InterfaceList &interfaces, QNetworkInterface::InterfaceType type)
 {
-    const auto *const found =
+    const InterfaceList::const_iterator found =
         std::find_if(interfaces.begin(), interfaces.end(),
                      [type](const Interface &interface) { return isOfType(interface, type); });
-    return found == interfaces.end() ? nullptr : found;
+    return found == interfaces.end() ? nullptr : &*found;
 }
 
 bool isUp(const Interface &interface)
@@ -90,7 +90,8 @@ QString activeIPv4(const InterfaceList &interfaces)
                                   !isOfType(*interface, QNetworkInterface::Wifi)))
             continue;
         const auto &addresses = interface->addresses;
-        const auto *const found = std::find_if(addresses.begin(), addresses.end(), isIPv4);
+        const QVector<QHostAddress>::const_iterator found =
+            std::find_if(addresses.begin(), addresses.end(), isIPv4);
         if (found != addresses.end())
             return found->toString();
     }

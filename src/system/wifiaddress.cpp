@@ -28,7 +28,7 @@ WifiAddress wifiAddress(const QString &ethernetAddress)
     if (ethernetAddress.size() != digits)
         return {{}, ": eth mac address incorrect length"};
     bool converted = false;
-    const int octet = ethernetAddress.midRef(octetAt, octetSize).toInt(&converted, 16);
+    const int octet = ethernetAddress.mid(octetAt, octetSize).toInt(&converted, 16);
     if (!converted)
         return {{}, ": eth mac address bytes inconvertible"};
     if (static_cast<unsigned int>(octet) > lastOctet) // a negative number, too
