@@ -1,22 +1,23 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/aux)
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${AUX_NAME})
+set(made ${PROJECT_BINARY_DIR}/package)
 
-install(TARGETS aux EXPORT aux-targets
+install(TARGETS aux EXPORT ${AUX_NAME}-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Devel)
 install(DIRECTORY include/aux ${PROJECT_BINARY_DIR}/include/aux
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Devel FILES_MATCHING PATTERN "*.h")
-install(EXPORT aux-targets NAMESPACE aux:: DESTINATION ${package_dir} COMPONENT Devel)
+install(EXPORT ${AUX_NAME}-targets NAMESPACE ${AUX_NAME}:: DESTINATION ${package_dir} COMPONENT Devel)
 
-configure_package_config_file(cmake/aux-config.cmake.in ${PROJECT_BINARY_DIR}/aux-config.cmake
+configure_package_config_file(cmake/config.cmake.in ${made}/${AUX_NAME}-config.cmake
     INSTALL_DESTINATION ${package_dir})
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/aux-config-version.cmake
+write_basic_package_version_file(${made}/${AUX_NAME}-config-version.cmake
     COMPATIBILITY SameMajorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/aux-config.cmake ${PROJECT_BINARY_DIR}/aux-config-version.cmake
+install(FILES ${made}/${AUX_NAME}-config.cmake ${made}/${AUX_NAME}-config-version.cmake
     DESTINATION ${package_dir} COMPONENT Devel)
 
 file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(cmake/libaux.pc.in ${PROJECT_BINARY_DIR}/libaux.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/libaux.pc
+configure_file(cmake/package.pc.in ${made}/lib${AUX_NAME}.pc @ONLY)
+install(FILES ${made}/lib${AUX_NAME}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Devel)
