@@ -1,0 +1,229 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""Records what programs write to a disk, makes every state that a power cut could leave, and looks
+whether all that was confirmed is there: crashes.py [OPTION...] PROGRAMS RESULTS
+
+PROGRAMS is the directory of workload, facts and flushes.so; RESULTS keeps what was found. Runs where
+it may mount at /data. The last line is "S states, D distinct, F with faults", the exit status 1
+where F is not 0.
+"""
+
+import argparse
+import hashlib
+import itertools
+import json
+import multiprocessing
+import os
+import pathlib
+import random
+import shutil
+import subprocess
+import sys
+
+import blocklog
+import disk
+import ledger
+import states
+
+HERE = pathlib.Path(__file__).resolve().parent
+CHECKOUT = HERE.parents[1]
+WORK = pathlib.Path("/dev/shm/crashes")
+COUNTS = ("states", "distinct", "looked", "repaired", "faulty")
+LONG, SHARES = ("mix", "brief"), 16  # in which such a record is looked at
+EVIDENCE = 3  # faults of a record that are told in full
+
+
+class Record:
+    """A run of one operation, on a file system of its own."""
+
+    def __init__(self, file_system, operation, neighbour, flushes):
+        self.name = "-".join(filter(None, [file_system, operation, neighbour, flushes]))
+        self.shares = SHARES if operation in LONG else 1
+        self.file_system, self.operation = disk.FILE_SYSTEMS[file_system], operation
+        self.environment = {"FLUSHES": flushes or "", "FLUSHES_LIST": f"{WORK}/{self.name}.flushes"}
+        if neighbour:
+            self.environment["COMMITS"] = f"{disk.DATA}/.neighbour"
+        self.base, self.log = f"{WORK}/{self.name}.base", f"{WORK}/{self.name}.log"
+
+    def make(self, programs):
+        disk.make(self.base, self.file_system)
+        shutil.copy(self.base, f"{self.base}.now")
+        with disk.recorded(f"{self.base}.now", self.log) as node, disk.loop(str(node)) as device, \
+                disk.mounted(device, self.file_system):
+            subprocess.run([f"{programs}/workload", node, str(disk.SIZE), self.operation],
+                           check=True, env={**os.environ, **self.environment,
+                                            "LD_PRELOAD": f"{programs}/flushes.so"})
+        os.remove(f"{self.base}.now")
+
+    def flushes(self):
+        """Those that the operation made, or the one that it was to leave out."""
+        with open(self.environment["FLUSHES_LIST"], encoding="utf-8") as lines:
+            flushes = lines.read().splitlines()
+        number = self.environment["FLUSHES"]
+        return [line for line in flushes if not number.isdigit() or line.startswith(f"{number} ")]
+
+
+class Look:
+    """Takes every so many of a record's contents and judges its states."""
+
+    def __init__(self, record, share, options):
+        self.record, self.share, self.seed = record, share, options.seed
+        self.limit, self.patience = options.states // record.shares, options.patience
+        self.image = f"{WORK}/{record.name}.{share}.state"
+
+    def run(self, programs):
+        entries = blocklog.read(self.record.log)
+        book = ledger.Ledger(entries, disk.SIZE, self.patience)
+        if not book.is_complete:
+            raise ValueError(f"{self.record.name} did not come to an end")
+        mine = self._choose(entries)
+        known, result = {}, {"states": 0, "looked": 0, "faulty": 0, "evidence": []}
+        result["distinct"] = len(mine)
+        with open(self.image, "wb") as image:
+            image.truncate(disk.SIZE)
+        with disk.loop(self.image) as device:
+            for state in states.states(self.record.base, entries, disk.SIZE, self.seed):
+                key = state.content.digest
+                if key not in mine:
+                    continue
+                result["states"] += 1
+                if not mine[key]:
+                    continue
+                if key not in known:
+                    known[key] = self._facts(programs, device, state.content)
+                self._judge(result, book, state, known[key])
+        result["looked"] = len(known)
+        result["repaired"] = sum("repaired" in facts for facts in known.values())
+        os.remove(self.image)
+        return result
+
+    def _choose(self, entries):
+        """The contents of this share; whether each is to be looked at."""
+        digests = list(dict.fromkeys(
+            state.content.digest for state in
+            states.states(self.record.base, entries, disk.SIZE, self.seed)))[self.share::self.record.shares]
+        chosen = set(digests)
+        if self.limit:
+            chosen = set(random.Random(self.seed).sample(digests, min(self.limit, len(digests))))
+        return {digest: digest in chosen for digest in digests}
+
+    def _facts(self, programs, device, content):
+        """What there is to see, as a terminal would when it starts."""
+        disk.fill(self.image, content)
+        file_system = self.record.file_system
+        try:
+            with disk.mounted(device, file_system) as repaired:
+                run = subprocess.run([f"{programs}/facts"], capture_output=True, text=True,
+                                     check=True, timeout=60)
+            subprocess.run([*file_system.check.split(), self.image], capture_output=True,
+                           text=True, check=True)
+        except OSError as error:
+            return {"damaged": f"no mount: {error}"}
+        except subprocess.CalledProcessError as error:
+            return {"damaged": f"{error}: {error.stdout} {error.stderr}"}
+        facts = dict(line.split("\t", 1) for line in run.stdout.splitlines())
+        return {**facts, "repaired": "1"} if repaired else facts
+
+    def _judge(self, result, book, state, facts):
+        faults = list(book.faults(state.position, facts))
+        if not faults:
+            return
+        result["faulty"] += 1
+        if len(result["evidence"]) < EVIDENCE:
+            result["evidence"].append(f"{state.position} ({state.origin}): {'; '.join(faults)}")
+
+
+def make(task):
+    record, options = task
+    record.make(options.programs)
+
+
+def look(task):
+    record, share, options = task
+    return Look(record, share, options).run(options.programs)
+
+
+def parse():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n\n", maxsplit=1)[0])
+    parser.add_argument("programs", type=pathlib.Path)
+    parser.add_argument("results", type=pathlib.Path)
+    parser.add_argument("--file-systems", default="ext4,ext4-writeback,ext4-128,ext4-128-writeback")
+    parser.add_argument("--operations", required=True)
+    parser.add_argument("--neighbours", default=",busy", help="alone, and beside one that flushes")
+    parser.add_argument("--flushes", default="", help="what flushes.cpp takes, separated by commas")
+    parser.add_argument("--states", type=int, default=0, help="look at so many of each record")
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--patience", type=int, default=3000, help="ms for the next write")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    return parser.parse_args()
+
+
+class Results:
+    """What is known of each record; kept in files for as long as nothing has changed."""
+
+    def __init__(self, options):
+        self.directory, self.records, self.total = options.results, 0, dict.fromkeys(COUNTS, 0)
+        key = hashlib.sha256(f"{options.seed} {options.states}".encode())
+        library = options.programs / "../../src/libaux.so.1"
+        for file in (library, *sorted(options.programs.iterdir()), *sorted(HERE.glob("*.py"))):
+            key.update(file.read_bytes())
+        self.key = key.hexdigest()
+
+    def known(self, name):
+        try:
+            kept = json.loads((self.directory / f"{name}.json").read_text())
+        except OSError:
+            return None
+        return kept["result"] if kept["key"] == self.key else None
+
+    def keep(self, name, result):
+        kept = {"key": self.key, "result": result}
+        (self.directory / f"{name}.json").write_text(json.dumps(kept))
+
+    def tell(self, name, result, count):
+        self.records += 1
+        for key in COUNTS:
+            self.total[key] += result[key]
+        print(f"{self.records}/{count} {name}: {result['states']} states, {result['distinct']} "
+              f"distinct, {result['looked']} looked at, {result['repaired']} repaired first, "
+              f"{result['faulty']} with faults", *result["evidence"], sep="\n    ", flush=True)
+
+
+def look_at_all(records, results, options):
+    """Tells of those that are known, then records the others and looks at them, on all cores."""
+    todo = []
+    for record in records:
+        known = results.known(record.name)
+        if known:
+            results.tell(record.name, known, len(records))
+        else:
+            todo.append(record)
+    with multiprocessing.Pool(options.jobs, disk.make_own_world, [CHECKOUT]) as pool:
+        pool.map(make, [(record, options) for record in todo], chunksize=1)
+        looks = pool.imap(look, [(record, share, options)
+                                 for record in todo for share in range(record.shares)])
+        for record in todo:
+            parts = list(itertools.islice(looks, record.shares))
+            result = {key: sum(part[key] for part in parts) for key in COUNTS}
+            result["evidence"] = [line for part in parts for line in part["evidence"]][:EVIDENCE]
+            result["flushes"] = record.flushes()
+            results.keep(record.name, result)
+            results.tell(record.name, result, len(records))
+
+
+def main():
+    options = parse()
+    options.results.mkdir(parents=True, exist_ok=True)
+    WORK.mkdir(exist_ok=True)
+    print(f"Seed {options.seed}", flush=True)
+    names = (options.file_systems, options.operations, options.neighbours, options.flushes)
+    records = [Record(*row) for row in itertools.product(*(name.split(",") for name in names))]
+    results = Results(options)
+    look_at_all(records, results, options)
+    total = results.total
+    print(f"{total['states']} states, {total['distinct']} distinct, {total['faulty']} with faults")
+    sys.exit(total["faulty"] > 0)
+
+
+if __name__ == "__main__":
+    main()

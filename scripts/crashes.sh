@@ -1,0 +1,79 @@
+#!/usr/bin/env bash
+# Shows that no moment at which the power may fail loses what libaux has confirmed: a sample of the
+# states that the disk may be in then.
+# Exits with 77 and the reason where the machine cannot do that.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+readonly steps=first,set,commit,rollback,turns,pack,move,duplicate,killed,encrypt,decrypt,reset
+
+usage() {
+    cat <<'END'
+crashes.sh [--seed N] [--broken WHICH | --all]
+
+  --seed N        chooses the states; a sample prints its seed
+  --broken WHICH  with flushes that do not do their work, which must be found: fsync (none does),
+                  directory (those of directories do not) or order (the name comes before the data)
+  --all           every state, on all file systems; it can be interrupted, and goes on then
+END
+}
+
+main() {
+    local options seed=$RANDOM broken='' all=
+    options=$(getopt -n crashes.sh -o '' -l seed:,broken:,all,help -- "$@") || misused
+    eval set -- "$options"
+    while [ "$1" != -- ]; do
+        case $1 in
+        --seed) seed=$2 && shift ;;
+        --broken) broken=$2 && shift ;;
+        --all) all=yes ;;
+        --help) usage && exit ;;
+        esac
+        shift
+    done
+    [[ $seed =~ ^[0-9]+$ && $broken =~ ^(fsync|directory|order)?$ && $# -eq 1 ]] || misused
+    prepare
+    if [ -n "$all" ]; then
+        look_at_all
+    else
+        here --operations "$steps,brief" --states 40 --seed "$seed" --flushes "$broken"
+    fi
+}
+
+misused() {
+    usage >&2
+    exit 2
+}
+
+skip() {
+    echo "SKIPPED: $1" >&2
+    exit 77
+}
+
+prepare() {
+    [ "$(id -u)" -eq 0 ] || skip "only root may mount a disk"
+    scripts/bootstrap e2fsprogs qemu-system-common
+    cmake --preset dev >/dev/null
+    cmake --build --preset dev --target crashes >/dev/null
+    mkdir -p build/crashes
+}
+
+# Under this machine's kernel.
+here() { # OPTION...
+    kit/crashes/world build/crashes kit/crashes/crashes.py build/dev/tests/crashes build/crashes "$@"
+}
+
+# Under Debian's; the machine is emulated, and slow.
+there() { # OPTION...
+    kit/crashes/machine build/crashes kit/crashes/crashes.py build/dev/tests/crashes build/crashes \
+        --patience 20000 "$@"
+}
+
+look_at_all() {
+    local status=0
+    scripts/bootstrap busybox-static cpio dosfstools f2fs-tools kmod mtd-utils qemu-system-x86
+    here --operations "$steps,mix" || status=1
+    there --operations "$steps" --file-systems f2fs || status=1
+    exit "$status"
+}
+
+main "$@"

@@ -1,0 +1,296 @@
+// SPDX-License-Identifier: MIT
+// Works on /data, and marks on its disk what it begins and what libaux has confirmed:
+// workload MARKS OFFSET OPERATION
+//
+// A mark is a block at that offset of the file MARKS: "began" or "confirmed" and the name of a fact,
+// then the fact's new value; what was begun has those that may be seen on the way. The facts are
+// what facts.cpp finds.
+#include <aux/datahelper.h>
+#include <aux/fshelper.h>
+
+#include "crashes/numbered.h"
+#include "support/othermachine.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using aux::DataHelper;
+using aux::DirLocation;
+using aux::FsHelper;
+using Operation = std::function<void()>;
+
+namespace
+{
+
+int marks = -1; // several processes write there
+off_t offset = 0;
+
+void mark(const QStringList &words)
+{
+    const QByteArray text = words.join('\t').toUtf8();
+    std::array<char, 4096> block{};
+    std::copy(text.begin(), text.end(), block.begin());
+    if (::pwrite(marks, block.data(), block.size(), offset) != static_cast<ssize_t>(block.size()))
+        qFatal("cannot mark the disk");
+}
+
+void began(const QString &fact, const QStringList &onTheWay = {})
+{
+    mark(QStringList{"began", fact} + onTheWay);
+}
+
+void confirmed(const QString &fact, const QString &value)
+{
+    mark({"confirmed", fact, value});
+}
+
+void require(const aux::Error &error)
+{
+    if (!error.hasError())
+        return;
+    std::cerr << error << std::endl;
+    std::exit(EXIT_FAILURE);
+}
+
+QString checksumOf(const QString &path)
+{
+    const auto [error, checksum] = FsHelper::generateChecksum(path);
+    require(error);
+    return checksum;
+}
+
+// --- settings -----------------------------------------------------------------------------------
+
+aux::Configuration &configuration()
+{
+    static aux::Configuration theConfiguration;
+    static const bool isInitialized = (theConfiguration.init(), true);
+    Q_UNUSED(isInitialized)
+    return theConfiguration;
+}
+
+void set(int number)
+{
+    began("settings");
+    configuration().setValue(numbered, settingOf(number));
+    confirmed("settings", QStringLiteral("%1 ").arg(number));
+}
+
+void commit()
+{
+    began("commits");
+    configuration().commit();
+    confirmed("commits", QString::number(configuration().getChangeCounter()));
+}
+
+/// Two settings come back together.
+void rollback(int number)
+{
+    configuration().snapshot();
+    began("settings", {QStringLiteral("%1 ").arg(number + 1), QStringLiteral("%1 xx").arg(number + 1)});
+    configuration().setValue(numbered, settingOf(number + 1));
+    configuration().setValue(aux::SettingsCode::DeviceLang, QStringLiteral("xx"));
+    confirmed("settings", QStringLiteral("%1 xx").arg(number + 1));
+    began("settings");
+    configuration().rollback(aux::SettingsArea::All);
+    confirmed("settings", QStringLiteral("%1 ").arg(number));
+}
+
+/// Each of two processes changes a setting of its own.
+void takeTurns()
+{
+    const pid_t other = ::fork();
+    for (int number = 1; number <= 5; ++number) {
+        const QString fact = other == 0 ? "lang" : "infotext";
+        began(fact);
+        if (other == 0)
+            configuration().setValue(aux::SettingsCode::DeviceLang, QString::number(number));
+        else
+            configuration().setValue(numbered, settingOf(number));
+        confirmed(fact, QString::number(number));
+    }
+    if (other == 0)
+        ::_exit(EXIT_SUCCESS);
+    ::waitpid(other, nullptr, 0);
+}
+
+// --- containers ---------------------------------------------------------------------------------
+
+QString containerIn(DirLocation location, int number)
+{
+    return FsHelper::createPathName(location, QStringLiteral("%1.bin").arg(number));
+}
+
+QString factOf(int number)
+{
+    return QStringLiteral("container %1").arg(number);
+}
+
+/// Packing alone confirms nothing.
+void pack(int number, const QString &elsewhere = {})
+{
+    began(factOf(number), {elsewhere + "new", elsewhere + "new:broken"});
+    const QString payload = QStringLiteral("/tmp/%1").arg(number);
+    write(payload, QByteArray(number * 7919 % 100000, 'x')); // some bytes to a hundred kilobytes
+    require(DataHelper::packFileToBinContainer(payload, DataHelper::ZEL_FILE_TYPE::DDDF,
+                                               containerIn(DirLocation::New, number)));
+    QFile::remove(payload);
+}
+
+void keep(int number)
+{
+    pack(number);
+    ::sync();
+    confirmed(factOf(number), "new");
+}
+
+void move(int number)
+{
+    const QString container = containerIn(DirLocation::New, number);
+    began(factOf(number));
+    require(FsHelper::fileMove(DirLocation::New, DirLocation::Archive, container,
+                               checksumOf(container), true, {}));
+    confirmed(factOf(number), "archive");
+}
+
+void moveDuplicate(int number)
+{
+    pack(number, "archive ");
+    move(number);
+}
+
+/// A mover is killed when it has renamed the file; then the file comes once more.
+void moveAfterKill(int number)
+{
+    began(factOf(number), {"archive"});
+    if (!QFile::rename(containerIn(DirLocation::New, number),
+                       containerIn(DirLocation::Archive, number)))
+        qFatal("cannot rename");
+    moveDuplicate(number);
+}
+
+// --- OpenPGP ------------------------------------------------------------------------------------
+
+void importKey()
+{
+    const QString home = QStringLiteral("/tmp/keys-%1").arg(::getpid()); // no other agent's
+    clear(home);
+    QFile::setPermissions(home, QFileDevice::Permissions(0x7000)); // owner: read, write, enter
+    othermachine::gpg({"--generate-key"},
+                      othermachine::ed25519 + othermachine::cv25519 +
+                          "Name-Real: Terminal\n%no-protection\n%commit\n",
+                      {}, home);
+    write("/tmp/key", othermachine::gpg({"--export-secret-keys"}, {}, {}, home));
+    require(DataHelper::importKeypairGPG("/tmp/key"));
+    write("/tmp/plain", QByteArray(50000, 'x'));
+}
+
+using Crypt = aux::Error (*)(const QString &, const QString &);
+
+void crypt(const QString &from, const QString &name, Crypt operation)
+{
+    const QString fact = "file " + name;
+    const QString to = "/data/" + name;
+    began(fact);
+    require(operation(from, to));
+    confirmed(fact, checksumOf(to));
+}
+
+void encrypt()
+{
+    crypt("/tmp/plain", "cipher", DataHelper::encryptFileGPG);
+}
+
+void decrypt()
+{
+    crypt("/data/cipher", "opened", [](const QString &from, const QString &to) {
+        return DataHelper::decryptFileGPG(from, to, {});
+    });
+}
+
+// --- all together -------------------------------------------------------------------------------
+
+void reset()
+{
+    const QStringList facts{factOf(1), "settings", "commits"};
+    for (const QString &fact : facts)
+        began(fact);
+    require(FsHelper::removeEntireDataDir());
+    for (const QString &fact : facts)
+        confirmed(fact, "absent");
+}
+
+void mix(int duration)
+{
+    QElapsedTimer timer;
+    timer.start();
+    importKey();
+    for (int number = 1; timer.elapsed() < duration; ++number) {
+        set(number);
+        commit();
+        pack(number);
+        move(number);
+        if (number % 2 == 0)
+            moveDuplicate(number);
+        if (number % 3 == 0)
+            rollback(number);
+        if (number % 5 == 0) {
+            encrypt();
+            decrypt();
+        }
+    }
+}
+
+/// What is there before an operation, and the operation.
+struct Row {
+    Operation prepare;
+    Operation operate;
+};
+
+void nothing() {}
+
+const QMap<QString, Row> operations{
+    {"first", {nothing, [] { set(1); }}},
+    {"set", {[] { set(1); }, [] { set(2); }}},
+    {"commit", {[] { configuration(), set(1); }, commit}},
+    {"rollback", {[] { set(1); }, [] { rollback(1); }}},
+    {"turns", {nothing, takeTurns}},
+    {"pack", {nothing, [] { pack(9), move(9); }}},
+    {"move", {[] { keep(9); }, [] { move(9); }}},
+    {"duplicate", {[] { pack(9), move(9); }, [] { moveDuplicate(9); }}},
+    {"killed", {[] { keep(9); }, [] { moveAfterKill(9); }}},
+    {"encrypt", {importKey, encrypt}},
+    {"decrypt", {[] { importKey(), encrypt(); }, decrypt}},
+    {"reset", {[] { pack(1), move(1), set(1), commit(); }, reset}},
+    {"brief", {nothing, [] { mix(5000); }}}, // all of them, one after another
+    {"mix", {nothing, [] { mix(60000); }}},
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (argc != 4 || !operations.contains(argv[3]))
+        qFatal("usage: workload MARKS OFFSET %s", qPrintable(operations.keys().join('|')));
+    QCoreApplication::setOrganizationName(QStringLiteral("aux"));
+    QCoreApplication::setApplicationName(QStringLiteral("terminal"));
+    marks = ::open(argv[1], O_WRONLY | O_CLOEXEC);
+    offset = QString(argv[2]).toLongLong();
+    for (const DirLocation location : {DirLocation::New, DirLocation::Archive})
+        QDir().mkpath(FsHelper::dirLocationToFullPath(location));
+    ::sync();
+    const Row &row = operations[argv[3]];
+    row.prepare();
+    row.operate();
+    mark({"ended"});
+}
