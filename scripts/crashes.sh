@@ -4,7 +4,7 @@
 # Exits with 77 and the reason where the machine cannot do that.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-readonly steps=first,set,commit,rollback,turns,pack,move,duplicate,killed,encrypt,decrypt,reset
+readonly steps=first,set,commit,rollback,apply,turns,pack,move,duplicate,killed,encrypt,decrypt,reset
 
 usage() {
     cat <<'END'
@@ -35,7 +35,8 @@ main() {
     if [ -n "$all" ]; then
         look_at_all
     else
-        here --operations "$steps,brief" --states 40 --seed "$seed" --flushes "$broken"
+        here --file-systems ext4,ext4-128-writeback --operations "$steps,brief" --seed "$seed" \
+            --flushes "$broken" --states 40 --seconds 240
     fi
 }
 

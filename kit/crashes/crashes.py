@@ -12,6 +12,7 @@ import argparse
 import hashlib
 import itertools
 import json
+import math
 import multiprocessing
 import os
 import pathlib
@@ -19,6 +20,7 @@ import random
 import shutil
 import subprocess
 import sys
+import time
 
 import blocklog
 import disk
@@ -29,7 +31,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 CHECKOUT = HERE.parents[1]
 WORK = pathlib.Path("/dev/shm/crashes")
 COUNTS = ("states", "distinct", "looked", "repaired", "faulty")
-LONG, SHARES = ("mix", "brief"), 16  # in which such a record is looked at
+LONG, SHARES = ("mix", "brief"), 4  # in which such a record is looked at
 EVIDENCE = 3  # faults of a record that are told in full
 
 
@@ -69,6 +71,7 @@ class Look:
     def __init__(self, record, share, options):
         self.record, self.share, self.seed = record, share, options.seed
         self.limit, self.patience = options.states // record.shares, options.patience
+        self.end = options.start + options.seconds
         self.image = f"{WORK}/{record.name}.{share}.state"
 
     def run(self, programs):
@@ -87,7 +90,7 @@ class Look:
                 if key not in mine:
                     continue
                 result["states"] += 1
-                if not mine[key]:
+                if not mine[key] or key not in known and time.monotonic() > self.end:
                     continue
                 if key not in known:
                     known[key] = self._facts(programs, device, state.content)
@@ -154,7 +157,9 @@ def parse():
     parser.add_argument("--states", type=int, default=0, help="look at so many of each record")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--patience", type=int, default=3000, help="ms for the next write")
+    parser.add_argument("--seconds", type=float, default=math.inf, help="after which no more is looked at")
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.set_defaults(start=time.monotonic())
     return parser.parse_args()
 
 

@@ -55,6 +55,12 @@ Plan &plan()
     return thePlan;
 }
 
+/// Before the program keeps its environment for others.
+[[gnu::constructor]] void start()
+{
+    plan();
+}
+
 void commit()
 {
     static char number = 0;

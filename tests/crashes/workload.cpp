@@ -2,9 +2,9 @@
 // Works on /data, and marks on its disk what it begins and what libaux has confirmed:
 // workload MARKS OFFSET OPERATION
 //
-// A mark is a block at that offset of the file MARKS: "began" or "confirmed" and the name of a fact,
-// then the fact's new value; what was begun has those that may be seen on the way. The facts are
-// what facts.cpp finds.
+// A mark is a block at that offset of the file MARKS: "began" or "confirmed" and the name of a
+// fact, then the fact's new value; what was begun has those that may be seen on the way. The facts
+// are what facts.cpp finds.
 #include <aux/datahelper.h>
 #include <aux/fshelper.h>
 
@@ -93,17 +93,43 @@ void commit()
     confirmed("commits", QString::number(configuration().getChangeCounter()));
 }
 
+void setBoth(int number)
+{
+    const QString infotext = QString::number(number) + ' ';
+    began("settings", {infotext});
+    configuration().setValue(numbered, settingOf(number));
+    configuration().setValue(aux::SettingsCode::DeviceLang, QStringLiteral("xx"));
+    confirmed("settings", infotext + "xx");
+}
+
 /// Two settings come back together.
 void rollback(int number)
 {
     configuration().snapshot();
-    began("settings", {QStringLiteral("%1 ").arg(number + 1), QStringLiteral("%1 xx").arg(number + 1)});
-    configuration().setValue(numbered, settingOf(number + 1));
-    configuration().setValue(aux::SettingsCode::DeviceLang, QStringLiteral("xx"));
-    confirmed("settings", QStringLiteral("%1 xx").arg(number + 1));
+    setBoth(number + 1);
     began("settings");
     configuration().rollback(aux::SettingsArea::All);
     confirmed("settings", QStringLiteral("%1 ").arg(number));
+}
+
+void makeCandidate()
+{
+    set(1);
+    configuration().snapshot();
+    setBoth(2);
+    require(configuration().writeConfigFile("/tmp/candidate"));
+    began("settings");
+    configuration().rollback(aux::SettingsArea::All);
+    confirmed("settings", "1 ");
+}
+
+void apply()
+{
+    began("settings");
+    began("commits");
+    require(configuration().applyConfigFile("/tmp/candidate"));
+    confirmed("settings", "2 xx");
+    confirmed("commits", QString::number(configuration().getChangeCounter()));
 }
 
 /// Each of two processes changes a setting of its own.
@@ -264,6 +290,7 @@ const QMap<QString, Row> operations{
     {"set", {[] { set(1); }, [] { set(2); }}},
     {"commit", {[] { configuration(), set(1); }, commit}},
     {"rollback", {[] { set(1); }, [] { rollback(1); }}},
+    {"apply", {makeCandidate, apply}},
     {"turns", {nothing, takeTurns}},
     {"pack", {nothing, [] { pack(9), move(9); }}},
     {"move", {[] { keep(9); }, [] { move(9); }}},
