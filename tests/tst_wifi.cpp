@@ -34,22 +34,22 @@ Function *original(const char *name, const char *for64Bits)
 
 } // namespace
 
-extern "C" int clock_gettime(clockid_t clock, timespec *time) noexcept
+extern "C" int clock_gettime(clockid_t clock_id, timespec *tp) noexcept
 {
     static const auto real =
         original<decltype(clock_gettime)>("clock_gettime", "__clock_gettime64");
-    const int result = real(clock, time);
+    const int result = real(clock_id, tp);
     if (pace > 1) {
-        const qint64 ms = (time->tv_sec * 1000LL + time->tv_nsec / 1000000) * pace;
-        *time = {static_cast<time_t>(ms / 1000), static_cast<long>(ms % 1000 * 1000000)};
+        const qint64 ms = (tp->tv_sec * 1000LL + tp->tv_nsec / 1000000) * pace;
+        *tp = {static_cast<time_t>(ms / 1000), static_cast<long>(ms % 1000 * 1000000)};
     }
     return result;
 }
 
-extern "C" int poll(pollfd *files, nfds_t count, int timeout)
+extern "C" int poll(pollfd *fds, nfds_t nfds, int timeout)
 {
     static const auto real = original<decltype(poll)>("poll", "poll");
-    return real(files, count, timeout < 0 ? timeout : timeout / pace);
+    return real(fds, nfds, timeout < 0 ? timeout : timeout / pace);
 }
 
 /// What the control library calls between counting its sockets and naming the new one.

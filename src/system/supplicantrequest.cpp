@@ -95,7 +95,7 @@ std::optional<QByteArray> arrived(int socket)
 std::optional<QByteArray> nextAnswer(int socket, const QDeadlineTimer &deadline)
 {
     while (waitFor(socket, POLLIN, deadline)) {
-        const auto datagram = arrived(socket);
+        auto datagram = arrived(socket);
         if (datagram && !isEvent(*datagram))
             return datagram;
         if ((!datagram && !wouldBlock()) || deadline.hasExpired())
