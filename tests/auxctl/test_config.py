@@ -45,11 +45,16 @@ class Config(World):
             ("/network/datport=1", f'unknown setting "/network/datport", did you mean "{PORT}"?'),
             ("/device/lang", '"/device/lang" is no KEY=VALUE'),
             ("device/lang=fr", "a setting is given twice"),
+            (f"{PORT}=9000", "Cannot use internal CGI port as dataport: 9000"),
+            ("device/pin=123", "Invalid pin hash length: 3"),
+            ("crypto/vendors=zzz", "USB VID:PID list syntax error"),
+            ("crypto/gpgkey=abc", "GPG Key invalid size"),
         ):
             self.auxctl("config", "set", "/device/lang=de_DE", wrong, status=2)
             self.assertIn(reason, self.errors)
-            error = self.json("config", "set", "/device/lang=de_DE", wrong, status=2)["error"]
-            self.assertEqual((error[0]["domain"], error[0]["id"]), ("auxctl", 2))
+            self.assertIn("error", self.json("config", "set", "/device/lang=de_DE", wrong, status=2))
+        modes = [f"device/mode/{mode}=false" for mode in ("usb", "serial", "network")]
+        self.auxctl("config", "set", *modes, status=2)
         self.assertEqual(SETTINGS.read_bytes(), before)
 
     def test_show_marks_changes_and_hides_secrets(self):
@@ -62,6 +67,9 @@ class Config(World):
         self.assertEqual(self.json("config", "show", "network/wifi/psk", "--reveal"),
                          {"settings": [{"key": "/network/wifi/psk", "value": "secret",
                                         "default": "", "isDefault": False}]})
+        self.auxctl("config", "set", "crypto/gpgkey=" + "k" * 64)
+        self.assertEqual(self.json("config", "show", "crypto/gpgkey")["settings"],
+                         [{"key": "/crypto/gpgkey", "secret": True, "default": "", "isDefault": False}])
 
     def test_changed(self):
         self.auxctl("config", "changed", status=3)
@@ -73,9 +81,12 @@ class Config(World):
         self.assertIn('did you mean "network"?', self.errors)
 
     def test_the_application_is_found(self):
-        self.auxctl("config", "set", f"{PORT}=1", "--app", "one/first")
+        self.auxctl("config", "set", f"{PORT}=1", "--app", "one/first", "--create")
         self.assertEqual(self.auxctl("config", "get", PORT), "1\n")  # the only one there is
-        self.auxctl("config", "set", f"{PORT}=2", "--app", "two/second")
+        self.auxctl("config", "set", f"{PORT}=2", "--app", "two/second", status=1)
+        self.assertIn("two/second.JSON does not exist", self.errors)
+        self.auxctl("config", "get", PORT, "--app", "two/second", status=1)
+        self.auxctl("config", "set", f"{PORT}=2", "--app", "two/second", "--create")
         self.auxctl("config", "get", PORT, status=2)
         self.assertIn("one/first, two/second", self.errors)
         self.assertEqual(self.auxctl("config", "get", PORT, "--app", "two/second"), "2\n")
@@ -105,6 +116,8 @@ class Config(World):
         jsonschema.Draft202012Validator.check_schema(schema)
         validator = jsonschema.Draft202012Validator(schema)
         incomplete = self.complete()
+        everything = self.complete(device__pin="123", network__dataport=9000, device__audio="yes")
+        del everything["device"]["lang"]
         del incomplete["datahandling"]["usbkeyclear"]
         for document, reason in (
             (self.complete(), ""),
@@ -122,8 +135,56 @@ class Config(World):
             self.assertIn(reason, self.errors)
             self.assertEqual(validator.is_valid(document), not reason, reason)
         self.assertFalse(validator.is_valid(self.complete(device__audio="true")))
+        self.auxctl("config", "validate", "-", given=json.dumps(everything).encode(), status=3)
+        self.assertTrue(self.errors.startswith("libaux Invalid config file. Missing /device/lang"), self.errors)
+        faults = self.json("config", "validate", "-", given=json.dumps(everything).encode(), status=3)["faults"]
+        self.assertEqual([(fault["key"], fault["found"]) for fault in faults],
+                         [("/device/pin", "********"), ("/device/lang", "nothing"),
+                          ("/device/audio", '"yes"'), (PORT, "9000")])
+        self.assertEqual(self.json("config", "validate", "-", given=b"{}", status=3)["faults"][41]["key"],
+                         "/datahandling/usbkeyclear")
+        faults = self.json("config", "validate", "-", given=b'{\n "device": {,', status=3)["faults"]
+        self.assertIn("line 2, column 14", faults[0]["message"])
         self.auxctl("config", "validate", self.work / "missing", status=1)
         self.assertIn("Config file does not exist 10001", self.errors)
+
+
+    def test_the_life_of_a_configuration(self):
+        candidate, packed = self.work / "candidate", self.work / "packed"
+        self.auxctl("config", "set", f"{PORT}=1", "device/lang=de_DE", "network/wifi/psk=secret")
+        self.auxctl("config", "export", candidate)
+        self.assertNotIn("secret", candidate.read_text())
+        self.auxctl("config", "apply", candidate, status=1)
+        self.auxctl("config", "export", candidate, status=1)  # there already
+        self.auxctl("config", "export", candidate, "--reveal", "--force")
+        self.assertEqual(candidate.stat().st_mode & 0o777, 0o600)
+        self.assertEqual(json.loads(self.auxctl("config", "export", "--reveal")), json.loads(candidate.read_text()))
+        self.auxctl("config", "validate", candidate)
+        self.auxctl("config", "diff", candidate)
+
+        self.auxctl("config", "unset", "device/lang")
+        self.auxctl("config", "set", f"{PORT}=2", "network/wifi/psk=other")
+        changes = [{"key": "/device/lang", "old": "en_GB", "new": "de_DE"}, {"key": PORT, "old": 2, "new": 1},
+                   {"key": "/network/wifi/psk", "secret": True}]
+        self.assertEqual(self.json("config", "diff", candidate, status=3), {"changes": changes})
+        before, commits = SETTINGS.read_bytes(), self.json("config", "path")["configuration"]["commits"]
+        self.assertEqual(self.json("config", "apply", candidate, "--dry-run"), {"changes": changes})
+        self.assertEqual(SETTINGS.read_bytes(), before)
+        self.auxctl("container", "pack", candidate, packed, "--type", "DDDF")
+        self.auxctl("config", "apply", packed, status=1)
+        self.assertIn("holds no configuration", self.errors)
+        self.auxctl("container", "pack", candidate, packed, "--type", "CFGF", "--force")
+        content = packed.read_bytes()
+        packed.write_bytes(content[:-1] + b" ")
+        self.auxctl("config", "apply", packed, status=1)
+        self.assertEqual(SETTINGS.read_bytes(), before)
+        packed.write_bytes(content)
+        self.assertEqual(self.json("config", "apply", packed), {"changes": changes})
+        self.auxctl("config", "diff", candidate)
+        self.assertEqual(self.json("config", "path")["configuration"]["commits"], commits + 1)
+        self.auxctl("config", "reset", "network", "--yes")
+        self.assertEqual(self.json("config", "changed")["changed"],
+                         [{"key": "/device/lang", "value": "de_DE", "default": "en_GB"}])
 
 
 if __name__ == "__main__":

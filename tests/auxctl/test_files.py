@@ -1,11 +1,12 @@
 # SPDX-License-Identifier: MIT
 import hashlib
+import json
 import os
 import signal
 import subprocess
 import unittest
 
-from world import ARCHIVE, AUXCTL, DATA, NEW, World
+from world import ARCHIVE, AUXCTL, DATA, NEW, SHOWN, TMP, World
 
 PAYLOAD = bytes(range(256)) * 100
 DIGEST = hashlib.sha256(PAYLOAD).hexdigest()
@@ -22,26 +23,32 @@ class Files(World):
         self.auxctl("container", "pack", "--type", "CFGF", self.file, self.packed)
         described = {"type": "CFGF", "name": "card.ddd", "size": len(PAYLOAD), "digest": DIGEST,
                      "complete": True}
-        self.assertEqual(self.json("container", "info", self.packed), {"container": described})
+        described["path"] = str(self.packed)
+        self.assertEqual(self.json("container", "info", self.packed), {"containers": [described]})
         self.assertEqual(self.json("container", "verify", self.packed),
-                         {"container": {**described, "valid": True}})
+                         {"containers": [{**described, "valid": True}]})
         self.auxctl("container", "unpack", self.packed, self.work, status=1)
         self.assertIn("exists already", self.errors)
         self.auxctl("container", "unpack", self.packed, self.work, "--force", "--name", "other")
         self.assertEqual((self.work / "other").read_bytes(), PAYLOAD)
 
         self.auxctl("container", "unpack", self.packed, self.work, "--name", "../x", status=2)
-        self.auxctl("container", "pack", self.file, self.packed, "--name", "n\nvalid: true")
-        self.assertIn("n\\x0avalid: true", self.auxctl("container", "info", self.packed))
+        self.auxctl("container", "pack", self.file, self.packed, "--name", "x", status=1)
+        self.assertIn("--force overwrites it", self.errors)
+        self.auxctl("container", "pack", self.file, self.packed, "--force", "--name", ".hidden")
+        self.auxctl("container", "unpack", self.packed, self.work / "new", status=1)
+        self.assertIn("choose one with --name", self.errors)
+        self.auxctl("container", "pack", self.file, self.packed, "--force", "--name", "n\nvalid: true")
+        self.assertIn("n\\x0avalid: true", self.on_terminal("container", "info", str(self.packed))[1])
 
         content = bytearray(self.packed.read_bytes())
         content[-1] ^= 1
         self.packed.write_bytes(content)
-        self.assertIs(self.json("container", "verify", self.packed, status=3)["container"]["valid"], False)
+        self.assertIs(self.json("container", "verify", self.packed, status=3)["containers"][0]["valid"], False)
         self.auxctl("container", "unpack", self.packed, self.work, "--name", "other", "--force", status=1)
         self.assertEqual((self.work / "other").read_bytes(), PAYLOAD)
         self.packed.write_bytes(content[:-1])
-        self.assertIs(self.json("container", "info", self.packed)["container"]["complete"], False)
+        self.assertIs(self.json("container", "info", self.packed)["containers"][0]["complete"], False)
         self.auxctl("container", "verify", self.packed, status=3)
         self.auxctl("container", "info", self.file, status=1)
         self.auxctl("container", "pack", "--type", "X", self.file, self.packed, status=2)
@@ -49,7 +56,7 @@ class Files(World):
     def test_streams(self):
         self.auxctl("container", "pack", "-", "-", "--name", "made", given=PAYLOAD)
         packed = self.raw
-        self.assertEqual(self.json("container", "info", "-", given=packed)["container"]["name"], "made")
+        self.assertEqual(self.json("container", "info", "-", given=packed)["containers"][0]["name"], "made")
         self.auxctl("container", "unpack", "-", "-", given=packed)
         self.assertEqual(self.raw, PAYLOAD)
         self.auxctl("container", "unpack", "-", "-", "--json", given=packed, status=2)
@@ -62,9 +69,12 @@ class Files(World):
         (NEW / "A").write_bytes(PAYLOAD)
         self.assertEqual(self.json("files", "list", "new"), {"files": ["A", "b"]})
         self.assertEqual(self.auxctl("files", "count", "new"), "2\n")
-        self.assertEqual(self.json("files", "verify", NEW / "b", DIGEST), {"valid": True})
-        self.auxctl("files", "verify", NEW / "b", DIGEST.upper(), status=3)
-        self.assertIn("checksum mismatch", self.errors)
+        self.assertEqual(self.json("files", "verify", NEW / "b", DIGEST),
+                         {"verified": [{"path": f"{NEW}/b", "valid": True}]})
+        self.auxctl("files", "verify", NEW / "b", DIGEST.upper())
+        self.auxctl("files", "verify", NEW / "b", "0" * 64, status=3)
+        self.auxctl("files", "verify", NEW / "missing", DIGEST, status=1)
+        self.assertIn(f"{NEW}/missing: No such file or directory", self.errors)
         self.auxctl("files", "move", "new", "archive", "b", "--checksum", "0", status=1)
         self.assertIn("libaux FileHandler: source file checksum mismatch 10005", self.errors)
         self.assertEqual(self.json("files", "move", "new", "archive", "b", "--checksum", DIGEST, "--name", "c"),
@@ -77,6 +87,83 @@ class Files(World):
         self.auxctl("files", "free", "failed", "1", status=1)
         self.auxctl("files", "list", "arhive", status=2)
         self.assertIn('did you mean "archive"?', self.errors)
+
+    def test_many_files(self):
+        good, bad = self.work / "good", self.work / "bad"
+        for container in (good, bad):
+            self.auxctl("container", "pack", self.file, container)
+        bad.write_bytes(good.read_bytes()[:-1] + b"x")
+        self.auxctl("container", "verify", good, bad, status=3)
+        told = self.json("container", "verify", good, self.file, bad, "missing", status=1)["containers"]
+        self.assertEqual([row.get("valid") for row in told], [True, None, False, None])
+        self.assertIn("cannot open missing", self.errors)
+        (NEW / "one").write_bytes(PAYLOAD)
+        self.assertEqual(self.json("files", "checksum", "new")["checksums"],  # the location
+                         [{"path": f"{NEW}/one", "checksum": DIGEST}])
+        listed = self.auxctl("files", "checksum", self.file, good)
+        self.assertEqual(listed, subprocess.run(["sha256sum", self.file, good], capture_output=True, check=True,
+                                                text=True).stdout)
+        self.auxctl("files", "verify", "--list", "-", given=listed.upper().replace("/TMP/WORK/CARD.DDD",
+                    str(self.file)).replace("/TMP/WORK/GOOD", str(good)).encode())
+        self.file.write_bytes(b"")
+        self.auxctl("files", "verify", "--list", "-", given=listed.encode(), status=3)
+        good.unlink()
+        self.auxctl("files", "verify", "--list", "-", given=listed.encode(), status=1)
+        self.auxctl("files", "verify", "--list", "-", given=b"nonsense", status=1)
+        self.auxctl("files", "verify", self.file, status=2)
+
+    def test_a_move_never_loses_a_file(self):
+        for checksum in ((), ("--checksum", DIGEST)):
+            (NEW / "a").write_bytes(PAYLOAD)
+            (ARCHIVE / "a").write_bytes(PAYLOAD[::-1])
+            self.auxctl("files", "move", "new", "archive", "a", *checksum, status=1)
+            self.assertIn("both are kept", self.errors)
+            self.assertEqual(((NEW / "a").read_bytes(), (ARCHIVE / "a").read_bytes()),
+                             (PAYLOAD, PAYLOAD[::-1]))
+            self.auxctl("files", "move", "new", "archive", "a", "--name", "b", *checksum)
+            (NEW / "a").write_bytes(PAYLOAD)
+            self.auxctl("files", "move", "new", "archive", "a", "--name", "b", *checksum)  # a duplicate
+            self.assertFalse((NEW / "a").exists())
+
+    def test_outputs_are_whole_or_not_there(self):
+        self.file.write_bytes(PAYLOAD * 40)
+        new = self.work / "new"
+        self.auxctl("container", "pack", self.file, new)
+        whole = new.read_bytes()
+        for arguments, allowed in (
+            (("container", "pack", self.file, self.packed), whole),
+            (("container", "unpack", new, self.work, "--name", "packed"), PAYLOAD * 40),
+        ):
+            def check(allowed=allowed):
+                self.assertEqual(sorted(os.listdir(self.work)), ["card.ddd", "new", "packed"])
+                self.assertIn(self.packed.read_bytes(), (b"old", allowed))
+                self.assertEqual(set(os.listdir(TMP)), {*SHOWN[TMP], "work"})
+                self.packed.write_bytes(b"old")
+            self.packed.write_bytes(b"old")
+            self.interrupted(*arguments, "--force", check=check)
+        full = self.work / "full"
+        full.mkdir()
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "full", full], check=True)
+        self.addCleanup(subprocess.run, ["umount", full], check=True)
+        (full / "kept").write_bytes(b"old")
+        self.auxctl("container", "pack", self.file, full / "kept", "--force", status=1)
+        self.assertIn("Failed to write to output file", self.errors)
+        self.assertEqual((os.listdir(full), (full / "kept").read_bytes()), (["kept"], b"old"))
+        reader, writer = os.pipe()
+        os.close(reader)
+        closed = subprocess.run([AUXCTL, "container", "pack", self.file, "-"], stdout=writer, check=False)
+        os.close(writer)
+        self.assertEqual((closed.returncode, set(os.listdir(TMP))), (-signal.SIGPIPE, {*SHOWN[TMP], "work"}))
+
+    def test_names_do_not_act_on_a_terminal(self):
+        name = "a\x1b[31m\u202e\x9bb\nc"
+        (NEW / name).touch()
+        self.assertEqual(self.auxctl("files", "list", "new"), name + "\n")
+        self.assertEqual(self.json("files", "list", "new"), {"files": [name]})
+        shown = "a\\x1b[31m\\u202e\\x9bb\\x0ac"
+        self.assertEqual(self.on_terminal("files", "list", "new")[1].strip(), shown)
+        self.assertIn(shown, self.on_terminal("files", "list", name)[1])
+        self.assertIn("a\\u001b[31m\\u202e\\u009bb\\nc", self.auxctl("files", "list", "new", "--json"))
 
     def test_destructive_commands_ask(self):
         self.auxctl("files", "reset", status=2)
@@ -108,9 +195,30 @@ class Files(World):
         self.auxctl("container", "pack", self.file, "-", status=1, env=nowhere)
         self.assertIn("cannot make a temporary directory", self.errors)
         os.mkfifo(self.packed)  # not the tool's to remove
-        with open(os.open(self.packed, os.O_RDWR), "rb"):
-            self.auxctl("container", "pack", "/etc/hostname", self.packed, status=1)
+        self.auxctl("container", "pack", "/etc/hostname", self.packed, "--force", status=1)
         self.assertTrue(self.packed.is_fifo())
+
+    def test_report(self):
+        (NEW / "a").write_bytes(PAYLOAD)
+        self.auxctl("config", "set", "network/wifi/psk=topsecret")
+        self.auxctl("container", "pack", self.file, ARCHIVE / "p")
+        (ARCHIVE / "p").write_bytes((ARCHIVE / "p").read_bytes()[:-1] + b"x")
+        told = self.json("report")["report"]
+        self.assertNotIn("topsecret", json.dumps(told))
+        self.assertEqual(told["locations"]["new"]["count"], 1)
+        self.assertEqual(told["locations"]["archive"]["damaged"], ["p"])
+        self.assertTrue(told["isTimePlausible"])
+        self.assertIn("failed: /data/zel/rk4/failed cannot be read", told["locations"]["unseen"])
+        self.auxctl("report", self.work / "report")
+        self.assertEqual(json.loads((self.work / "report").read_text())["kernel"], os.uname().release)
+
+    def test_watch_prints_changes(self):
+        with subprocess.Popen([AUXCTL, "files", "count", "new", "--watch"], stdout=subprocess.PIPE) as watching:
+            self.assertEqual(watching.stdout.readline(), b"0\n")
+            (NEW / "a").touch()
+            self.assertEqual(watching.stdout.readline(), b"1\n")
+            watching.terminate()
+            self.assertEqual(watching.wait(), -signal.SIGTERM)
 
     def test_missing_data(self):
         empty = self.work / "empty"
@@ -118,8 +226,13 @@ class Files(World):
         subprocess.run(["mount", "--bind", empty, DATA], check=True)
         self.addCleanup(subprocess.run, ["umount", DATA], check=True)
         self.auxctl("files", "list", "new", status=1)
+        self.auxctl("files", "init")
+        self.assertEqual(self.auxctl("files", "list", "new"), "")
         self.assertEqual(self.auxctl("config", "get", "/device/lang"), "en_GB\n")
         self.auxctl("container", "verify", "nowhere", status=1)
+        self.file.write_bytes(b"")
+        self.auxctl("container", "pack", self.file, self.packed, status=1)
+        self.assertIn("is empty", self.errors)
 
 
 if __name__ == "__main__":

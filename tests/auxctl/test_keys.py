@@ -48,6 +48,9 @@ class Keys(World):
     def check_nothing_is_left(self):
         self.auxctl("pgp", "remove")
         self.assertEqual(set(os.listdir(TMP)), {*SHOWN[TMP], "server", "work"})
+        self.check_no_agent()
+
+    def check_no_agent(self):
         for process in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
             self.assertNotIn(str(KEYRING).encode(), process.read_bytes())
 
@@ -64,13 +67,13 @@ class Keys(World):
         self.auxctl("pgp", "import", key)
         packed = self.json("files", "name", "new")["path"]
         self.auxctl("container", "pack", self.file, packed)
-        self.auxctl("pgp", "encrypt", packed, packed)
+        self.auxctl("pgp", "encrypt", packed, packed, "--force")
         checksum = self.auxctl("files", "checksum", packed).strip()
         sent = self.json("files", "move", "new", "transfer", packed, "--checksum", checksum)["moved"]["path"]
         self.assertEqual(list(NEW.iterdir()), [])
 
         arrived = self.gpg("--passphrase", PASSPHRASE, "--decrypt", sent)
-        told = self.json("container", "verify", "-", given=arrived)["container"]
+        told = self.json("container", "verify", "-", given=arrived)["containers"][0]
         self.assertEqual((told["valid"], told["name"]), (True, "card.ddd"))
 
         answer = self.gpg("--recipient", "terminal", "--encrypt", given=b"answer")
@@ -125,6 +128,28 @@ class Keys(World):
         subprocess.run(["cmp", large, back], check=True)
         # The largest of all programs that ran, gpg among them.
         self.assertLess(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss, 64 << 10)  # KiB
+
+    def test_signals_leave_nothing(self):
+        self.auxctl("pgp", "import", "-", given=self.pair)
+        message, output = self.work / "message", self.work / "output"
+        self.auxctl("pgp", "encrypt", self.file, message)
+        content = self.file.read_bytes()
+
+        def check():
+            self.assertEqual(sorted(os.listdir(self.work)), ["card.ddd", "message", "output", "secret"])
+            self.assertIn(output.read_bytes(), (b"old", content))
+            output.write_bytes(b"old")
+            self.check_no_agent()
+        output.write_bytes(b"old")
+        self.interrupted("pgp", "decrypt", message, output, "--force", *self.known, check=check)
+        self.assertEqual(set(os.listdir(TMP)), {*SHOWN[TMP], "server", "work", KEYRING.name})
+        self.interrupted("pgp", "decrypt", message, "-", *self.known, check=check)
+        self.assertEqual(set(os.listdir(TMP)), {*SHOWN[TMP], "server", "work", KEYRING.name})
+
+    def test_a_wrong_pass_phrase_may_reveal_nonsense(self):
+        protected = self.auxctl("key", "protect", self.file, *self.known)
+        self.auxctl("key", "reveal", "-", self.work / "out", *self.known, given=protected.encode())
+        self.assertIn("this is no OpenPGP key", self.errors)
 
     def test_clock_set_back(self):
         self.auxctl("pgp", "import", "-", given=self.pair)

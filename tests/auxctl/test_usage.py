@@ -1,4 +1,6 @@
 # SPDX-License-Identifier: MIT
+import collections
+import json
 import pathlib
 import re
 import shutil
@@ -13,29 +15,65 @@ FAKES = pathlib.Path(__file__).resolve().parent.parent / "fakes"
 class Usage(World):
     def test_help_manual_and_completion_name_every_command(self):
         overview = self.auxctl("--help")
-        commands = re.findall(r"(?m)^  auxctl ([a-z0-9-]+(?: [a-z]+)?)", overview)
+        commands = re.findall(r"(?m)^  ([a-z][a-z0-9-]+(?: [a-z]+)?)", overview)
         self.assertGreater(len(commands), 25)
+        self.assertLessEqual(max(map(len, overview.splitlines())), 80)
+        self.assertEqual(overview, self.auxctl("help"))
+        self.assertIn("config set", self.auxctl("config"))
+        self.assertNotIn("files list", self.auxctl("config"))
         manual = self.auxctl("manual").replace("\\-", "-")
         for command in commands:
             self.assertIn(f"auxctl {command}", manual)
-            self.assertIn(f"auxctl {command}", self.auxctl(*command.split(), "-h").splitlines()[0])
+            told = self.auxctl(*command.split(), "-h")
+            self.assertIn(f"auxctl {command}", told.splitlines()[0])
+            self.assertEqual(told, self.auxctl("help", *command.split()))
+            self.assertLessEqual(max(map(len, told.splitlines())), 80)
         rendered = subprocess.run(["man", "-l", "--warnings", "-"], input=self.auxctl("manual").encode(),
                                   capture_output=True, check=False)
         self.assertEqual(rendered.stderr, b"")
 
     def complete(self, *words):
         script = self.auxctl("completion") + """
-COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _auxctl; printf '%s ' "${COMPREPLY[@]}"
+COMP_WORDS=("$AUXCTL" "$@"); COMP_CWORD=$#; _auxctl 2>/dev/null; printf '%s ' "${COMPREPLY[@]}"
 """
         return subprocess.run(["bash", "-c", script, "bash", *words], capture_output=True, check=True,
                               text=True).stdout.split()
 
     def test_completion(self):
-        self.assertEqual(self.complete("auxctl", "co"), ["completion", "config", "container", "country"])
-        self.assertEqual(self.complete("auxctl", "container", "u"), ["unpack"])
-        self.assertEqual(self.complete("auxctl", "container", "unpack", "--f"), ["--force"])
-        self.assertEqual(self.complete("auxctl", "wifi", "kill", "--y"), ["--yes"])
-        self.assertEqual(self.complete("auxctl", "--json", "config", "val"), ["validate"])
+        settings = self.work / "a file"
+        settings.touch()
+        for words, expected in (
+            (("co",), ["complete", "completion", "config", "container", "country"]),
+            (("container", "u"), ["unpack"]),
+            (("container", "unpack", "--f"), ["--force"]),
+            (("wifi", "kill", "--y"), ["--yes"]),
+            (("--json", "config", "val"), ["validate"]),
+            (("config", "get", "/network/da"), ["/network/dataport"]),
+            (("config", "set", "/device/lang=x", "/network/da"), ["/network/dataport="]),
+            (("config", "reset", "sc"), ["screensaver"]),
+            (("files", "move", "new", "ar"), ["archive"]),
+            (("container", "pack", "--type", "L"), ["LOGF"]),
+            (("link", "l"), ["lo"]),
+            (("container", "verify", "x", str(settings)[:-2]), str(settings).split()),
+            (("clock", "set", ""), []),
+        ):
+            self.assertEqual(self.complete(*words), expected, words)
+        for shell, check in (("zsh", "-n"), ("fish", "--no-execute")):
+            if shutil.which(shell):
+                subprocess.run([shell, check], input=self.auxctl("completion", shell).encode(), check=True)
+
+    def test_a_key_has_one_type(self):
+        types = collections.defaultdict(set)
+
+        def collect(schema):
+            for key, inner in schema.get("properties", {}).items():
+                types[key].add(json.dumps(inner.get("type")))
+                collect(inner)
+            collect(schema.get("items", {})) if "items" in schema else None
+        for definition in json.loads(self.auxctl("schema"))["$defs"].values():
+            collect(definition)
+        self.assertGreater(len(types), 40)
+        self.assertEqual({key: kinds for key, kinds in types.items() if len(kinds) > 1}, {})
 
     def test_wrong_calls(self):
         for arguments, reason in (
@@ -45,7 +83,11 @@ COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _auxctl; printf '%s ' "${COMPREPLY[@]
             (("country", "1", "2"), "usage: auxctl country ID"),
             (("country", "x"), '"x" is no number'),
             (("info", "--nonsense"), "nonsense"),
+            (("container", "verify", "-h.bin"), "h.bin"),
+            (("files", "verify", "-hash.ddd", "00"), "hash.ddd"),
+            (("pgp", "encrypt", "-x.bin", "-h"), "x.bin"),
             (("link", "../eth0"), "is no interface"),
+            (("container", "pack", "a", "b", "--type", "foo"), "There are DDDF, LOGF, CFGF, GPGF, UPDF"),
             (("link", ""), "an argument is empty"),
             (("remount-ro", "/x; reboot", "--yes"), "no plain absolute path"),
             (("clock", "set", "tomorrow", "--yes"), "is no time"),
@@ -69,6 +111,7 @@ COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _auxctl; printf '%s ' "${COMPREPLY[@]
         self.auxctl("wifi", "stop", status=1)
         self.assertIn("libaux SystemHelper: cannot stop wpa_supplicant, control socket does not exist 10001",
                       self.errors)
+        self.assertEqual(self.json("wifi", "status", "--watch", status=1)["error"][0]["id"], 10001)
         for command in ("scan", "status"):
             self.assertEqual(self.json("wifi", command, status=1)["error"][0]["message"],
                              "SystemHelper: cannot open wpa_supplicant control interface")
@@ -94,11 +137,11 @@ COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _auxctl; printf '%s ' "${COMPREPLY[@]
         settings.write_text("ctrl_interface=/var/run/wpa_supplicant\n")
         subprocess.run(["ip", "link", "add", "wlan0", "type", "veth", "peer", "name", "peer"], check=True)
         # What the daemon prints does not get into the document.
-        self.assertEqual(self.json("wifi", "start"), {"wifi": "started"})
+        self.assertEqual(self.json("wifi", "start"), {"supplicant": "started"})
         self.assertEqual(self.json("wifi", "scan"), {"networks": []})
         self.assertIn("ask again", self.auxctl("wifi", "scan"))
         self.assertEqual(self.json("wifi", "status"), {"wifi": {"connected": False, "quality": 0}})
-        self.assertEqual(self.json("wifi", "kill", "--yes"), {"wifi": "killed"})
+        self.assertEqual(self.json("wifi", "kill", "--yes"), {"supplicant": "killed"})
         settings.write_text("nonsense\n")
         self.assertEqual(self.json("wifi", "start", status=1)["error"][0]["message"],
                          "SystemHelper: cannot start wpa_supplicant")

@@ -1,13 +1,18 @@
 # SPDX-License-Identifier: MIT
 """What the tests of the installed auxctl share: running it, and a /data of their own."""
 
+import collections
+import functools
 import json
 import os
 import pathlib
 import pty
+import re
 import shutil
 import subprocess
 import unittest
+
+import jsonschema
 
 AUXCTL = os.environ["AUXCTL"]
 DATA = pathlib.Path("/data")
@@ -17,6 +22,13 @@ ARCHIVE = DATA / "zel/rk4/archive"
 # What is there from the start: the checkout may be below it.
 SHOWN = {place: os.listdir(place) for place in (DATA, TMP)}
 SETTINGS = DATA / "config/aux/terminal.JSON"
+
+
+@functools.lru_cache
+def schema():
+    published = json.loads(subprocess.run([AUXCTL, "schema"], capture_output=True, check=True).stdout)
+    jsonschema.Draft202012Validator.check_schema(published)
+    return jsonschema.Draft202012Validator(published)
 
 
 class World(unittest.TestCase):
@@ -31,6 +43,7 @@ class World(unittest.TestCase):
         self.work = TMP / "work"
         shutil.rmtree(self.work, ignore_errors=True)
         self.work.mkdir()
+        self.log = DATA / "strace"
 
     def auxctl(self, *arguments, status=0, given=b"", **options):
         """Runs it; its standard output as text, its standard error in self.errors."""
@@ -41,8 +54,37 @@ class World(unittest.TestCase):
         return self.raw.decode(errors="replace")
 
     def json(self, *arguments, **options):
-        """The one document that --json prints."""
-        return json.loads(self.auxctl(*arguments, "--json", **options))
+        """The one document that --json prints, which has the shape that auxctl publishes."""
+        document = json.loads(self.auxctl(*arguments, "--json", **options))
+        schema().validate(document)
+        return document
+
+    def interrupted(self, *arguments, check):
+        """Runs it ten times, with a signal at a system call further on each time, in a process that
+        the first one has started; calls `check` after each."""
+        trace = ("strace", "-f", "-qq", "-o", self.log)
+        environment = {**os.environ, "ASAN_OPTIONS": "detect_leaks=0"}  # that cannot be traced
+        command = (AUXCTL, *map(str, arguments))
+        subprocess.run([*trace, *command], capture_output=True, check=True, env=environment)
+        calls = re.findall(r"(?m)^(\d+) +(\w+)\(", self.log.read_text())
+        own = collections.Counter(name for process, name in calls if process == calls[0][0])
+        counts = collections.Counter()
+        moments = {}  # strace counts each system call of each process by itself
+        for process, name in calls:
+            counts[process, name] += process != calls[0][0]
+            if counts[process, name] > own[name]:
+                moments[name, counts[process, name]] = True
+        ends = []
+        for index in range(10):
+            name, count = list(moments)[index * len(moments) // 10]
+            inject = f"inject={name}:signal={('INT', 'TERM', 'HUP')[index % 3]}:when={count}"
+            ended = subprocess.run([*trace, "-e", inject, *command], capture_output=True, check=False,
+                                   env=environment, timeout=60)
+            ends.append((inject, ended.returncode))
+            check()
+        self.log.unlink()
+        # One that comes when all is done ends nothing.
+        self.assertGreater(sum(code != 0 for _, code in ends), 4, ends)
 
     def on_terminal(self, *arguments, answer="", environment=None):
         """Runs it on a terminal of its own, one line of the answer to each question; exit status and

@@ -20,8 +20,11 @@ class Terminal(unittest.TestCase):
         """The result under the key of the command, or the message of the failure."""
         run = subprocess.run([*within, "auxctl", *arguments, "--json"], capture_output=True,
                              timeout=PATIENCE, check=False, text=True)
-        (key, result), = json.loads(run.stdout).items()
-        return result[0]["message"] if key == "error" else result
+        document = json.loads(run.stdout)
+        if "error" in document:
+            return document["error"][0]["message"]
+        result, = document.values()
+        return result
 
     def becomes(self, expected, ask, *arguments):
         """Asks until the answer is as expected."""

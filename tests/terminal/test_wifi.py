@@ -69,7 +69,7 @@ class Wifi(Terminal):
     def test_who_and_where(self):
         self.becomes("192.0.2.1", lambda: self.auxctl("info")["ipv4"])
         info = self.auxctl("info")
-        self.assertEqual([info[key] for key in ("serial", "wifi", "bsp", "problem")],
+        self.assertEqual([info[key] for key in ("serial", "wifiMac", "bsp", "problem")],
                          ["0200000E44AB", "02:00:00:F4:4A:B", "box 1.0", ""])
         network = info["network"]
         self.assertEqual(network["active"], "eth")

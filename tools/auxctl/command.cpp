@@ -20,8 +20,17 @@ std::vector<Command> &table()
 constexpr Switch jsonOption{"json", "Print one JSON document"};
 constexpr Switch debugOption{"debug", "Print the library's diagnostic lines to standard error"};
 constexpr Switch helpOption{"h|help", "Print help"};
-constexpr Switch versionOption{"version", "Print the version"};
+constexpr Switch versionOption{"V|version", "Print the version"};
 constexpr Switch yesOption{"yes", "Do not ask"};
+constexpr Switch watchOption{"watch", "Look every second, and print what changes"};
+
+bool Call::has(const Option &option) const
+{
+    const QStringList names = QString(option.name).split('|');
+    return std::any_of(names.begin(), names.end(), [this](const QString &name) {
+        return m_parser.optionNames().contains(name);
+    });
+}
 
 Registration::Registration(Command command)
 {
@@ -35,6 +44,31 @@ Registration::Registration(Command command)
 const std::vector<Command> &commands()
 {
     return table();
+}
+
+const Command *findCommand(const QStringList &words)
+{
+    for (const Command &command : commands()) {
+        const QStringList name = QString(command.name).split(' ');
+        if (words.mid(0, name.size()) == name)
+            return &command;
+    }
+    return nullptr;
+}
+
+bool isFamily(const QStringList &words)
+{
+    return std::any_of(commands().begin(), commands().end(), [&words](const Command &command) {
+        return QString(command.name).split(' ').mid(0, words.size()) == words;
+    });
+}
+
+void misuseUnknownCommand(const QStringList &words)
+{
+    QStringList names;
+    for (const Command &command : commands())
+        names += command.name;
+    misuseUnknown("command", words.mid(0, 2).join(' '), names);
 }
 
 const std::vector<const Option *> &commonOptions()

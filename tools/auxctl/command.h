@@ -57,7 +57,8 @@ public:
         return arguments().value(index, fallback);
     }
 
-    [[nodiscard]] bool has(const Option &option) const { return m_parser.isSet(nameOf(option)); }
+    /// Also of an option that the command does not have.
+    [[nodiscard]] bool has(const Option &option) const;
     template <typename Type>
     [[nodiscard]] std::optional<Type> value(const ValueOption<Type> &option) const
     {
@@ -97,6 +98,12 @@ struct Registration {
 /// All commands in the order of their names.
 const std::vector<Command> &commands();
 
+/// The command whose name the words begin with; null where there is none.
+const Command *findCommand(const QStringList &words);
+/// Whether the words are the beginning of any command's name, as none are.
+bool isFamily(const QStringList &words);
+[[noreturn]] void misuseUnknownCommand(const QStringList &words);
+
 /// @{
 /// Options of every command.
 extern const Switch jsonOption;
@@ -105,6 +112,9 @@ extern const Switch helpOption;
 extern const Switch versionOption;
 const std::vector<const Option *> &commonOptions();
 /// @}
+
+/// Of commands that make sense when repeated: main does that, and prints what changes.
+extern const Switch watchOption;
 
 /// An option of every command that asks first.
 extern const Switch yesOption;

@@ -24,27 +24,18 @@ const Command *takeCommand(QStringList &arguments)
 {
     const auto first = std::find_if_not(arguments.begin(), arguments.end(), isOption);
     const auto begin = static_cast<int>(first - arguments.begin());
-    for (const Command &command : commands()) {
-        const QStringList words = QString(command.name).split(' ');
-        if (arguments.mid(begin, words.size()) == words) {
-            arguments.erase(first, first + words.size());
-            return &command;
-        }
-    }
-    return nullptr;
+    const Command *command = findCommand(arguments.mid(begin));
+    if (command != nullptr)
+        arguments.erase(first, first + QString(command->name).split(' ').size());
+    return command;
 }
 
-[[noreturn]] void misuseCommand(const QStringList &arguments)
+QStringList wordsOf(const QStringList &arguments)
 {
     QStringList words;
     std::copy_if(arguments.begin(), arguments.end(), std::back_inserter(words),
                  [](const QString &argument) { return !isOption(argument); });
-    if (words.isEmpty())
-        misuse("no command given, see auxctl --help");
-    QStringList names;
-    for (const Command &command : commands())
-        names += command.name;
-    misuseUnknown("command", words.mid(0, 2).join(' '), names);
+    return words;
 }
 
 void declare(QCommandLineParser &parser, const std::vector<const Option *> &options)
@@ -73,22 +64,25 @@ QString CommandLine::key() const
         return QStringLiteral("help");
     if (has(versionOption))
         return QStringLiteral("version");
-    return m_command == nullptr ? QString() : m_command->key;
+    return m_command == nullptr ? QStringLiteral("help") : m_command->key;
 }
 
 Result CommandLine::run() const
 {
     if (!m_isParsed) {
-        if (m_command == nullptr)
-            misuseCommand(m_rest);
+        if (m_command == nullptr && !wordsOf(m_rest).isEmpty())
+            misuseUnknownCommand(wordsOf(m_rest));
         misuse(m_parser.errorText());
     }
-    if (has(helpOption))
-        return plainText(m_command == nullptr ? overview() : helpFor(*m_command));
+    const QStringList words = m_command == nullptr ? wordsOf(m_rest) : QStringList();
+    if (m_command == nullptr && !isFamily(words))
+        misuseUnknownCommand(words);
+    if (has(helpOption) || (!words.isEmpty() && !has(versionOption)))
+        return document(m_command == nullptr ? overview(words) : helpFor(*m_command));
     if (has(versionOption))
         return plainText("auxctl " + aux::SystemInfo::getVersion());
     if (m_command == nullptr)
-        misuseCommand(m_rest);
+        misuse("no command given, see auxctl help");
     const Call call(m_parser);
     m_command->checkArguments(call.arguments());
     if (m_command->warning != nullptr && !call.has(yesOption))

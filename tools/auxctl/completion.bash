@@ -1,21 +1,13 @@
-# Completes auxctl in bash; made by "auxctl completion".
+# Completes auxctl in bash; the tool itself knows what may follow.
 _auxctl() {
-    local current=${COMP_WORDS[COMP_CWORD]} typed="" words="" name
-    for name in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
-        [[ $name == -* ]] || typed+="${typed:+ }$name"
-    done
-    for name in @NAMES@; do
-        case "$name" in
-        "$typed") ;;
-        "$typed "*) name=${name#"$typed "} words+=" ${name%% *}" ;;
-        *) [ -n "$typed" ] || words+=" ${name%% *}" ;;
-        esac
-    done
-    if [[ $current == -* ]]; then
-        case "$typed" in
-@CASES@
-        esac
+    local current=${COMP_WORDS[COMP_CWORD]}
+    mapfile -t COMPREPLY < <("${COMP_WORDS[0]}" complete --current "$current" -- \
+        "${COMP_WORDS[@]:1:COMP_CWORD-1}" 2>/dev/null)
+    if [[ ${COMPREPLY[0]} == :files ]]; then
+        mapfile -t COMPREPLY < <(compgen -f -- "$current")
+        compopt -o filenames 2>/dev/null
+    elif [[ ${COMPREPLY[0]} == *= ]]; then
+        compopt -o nospace 2>/dev/null
     fi
-    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current" | sort -u)
 }
-complete -o default -F _auxctl auxctl
+complete -F _auxctl auxctl

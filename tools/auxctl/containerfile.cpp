@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "containerfile.h"
 
-#include "progress.h"
+#include "fs/digest.h"
 
 namespace auxctl
 {
@@ -59,7 +59,6 @@ bool ContainerFile::isComplete() const
 
 bool ContainerFile::hasDigest()
 {
-    const Progress progress(m_file.path());
     aux::Digest digest;
     const bool isRead =
         m_file.seek(m_header.payloadOffset()) &&
@@ -68,6 +67,18 @@ bool ContainerFile::hasDigest()
             return true;
         });
     return isRead && digest.raw() == m_header.digest;
+}
+
+QByteArray ContainerFile::payload(int maximum)
+{
+    if (m_header.payloadLength > maximum)
+        fail(QStringLiteral("%1 holds more than %2 bytes").arg(m_file.path()).arg(maximum));
+    const auto payload = m_file.seek(m_header.payloadOffset())
+                             ? m_file.readUpTo(static_cast<int>(m_header.payloadLength))
+                             : std::nullopt;
+    if (!payload)
+        fail(QStringLiteral("cannot read ") + m_file.cause());
+    return *payload;
 }
 
 Record ContainerFile::description() const

@@ -20,6 +20,9 @@ public:
     /// Reads the payload, all of which must be there, and compares its digest with the header's.
     [[nodiscard]] bool hasDigest();
 
+    /// The payload; fails where it cannot be read, or is longer than so many bytes.
+    [[nodiscard]] QByteArray payload(int maximum);
+
     /// What the header says, and whether the file is long enough for it.
     [[nodiscard]] Record description() const;
 

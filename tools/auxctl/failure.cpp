@@ -57,7 +57,12 @@ void misuseUnknown(const char *kind, const QString &word, const QStringList &can
                                               [&word](const QString &a, const QString &b) {
                                                   return distance(word, a) < distance(word, b);
                                               });
-    misuse(QStringLiteral("unknown %1 \"%2\", did you mean \"%3\"?").arg(kind, word, nearest));
+    constexpr int few = 10;
+    const QString all = candidates.size() > few
+                            ? QString()
+                            : QStringLiteral(" There are %1.").arg(candidates.join(", "));
+    misuse(QStringLiteral("unknown %1 \"%2\", did you mean \"%3\"?").arg(kind, word, nearest) +
+           all);
 }
 
 void check(aux::Error error)

@@ -11,38 +11,50 @@ namespace auxctl
 namespace
 {
 
+constexpr int lineWidth = 80;
+constexpr int summaryColumn = 34;
+
 QString callOf(const Command &command)
 {
-    return QStringLiteral("auxctl %1 %2").arg(command.name, command.arguments).trimmed();
-}
-
-QString longName(const Option &option)
-{
-    return QStringLiteral("--") + QString(option.name).section('|', -1);
+    return QStringLiteral("%1 %2").arg(command.name, command.arguments).trimmed();
 }
 
 QString spelled(const Option &option)
 {
-    const QString name = longName(option);
+    const QString name = QStringLiteral("--") + QString(option.name).section('|', -1);
     return option.value == nullptr ? name : name + ' ' + option.value;
+}
+
+/// The words in lines that are short enough, each with so many blanks in front.
+QString wrapped(const QString &text, int indent)
+{
+    QStringList lines{QString(indent, ' ')};
+    for (const QString &word : text.split(' ')) {
+        QString &line = lines.last();
+        if (line.size() == indent)
+            line += word;
+        else if (line.size() + 1 + word.size() <= lineWidth)
+            line += ' ' + word;
+        else
+            lines += QString(indent, ' ') + word;
+    }
+    return lines.join('\n');
+}
+
+/// A term and what it means, beside it where there is room, else below.
+QString entry(const QString &term, const QString &meaning)
+{
+    const QString left = "  " + term;
+    const QString right = wrapped(meaning, summaryColumn);
+    return left.size() + 2 > summaryColumn ? left + '\n' + right : left + right.mid(left.size());
 }
 
 QString optionLines(const std::vector<const Option *> &options)
 {
-    QVector<QStringList> rows;
+    QStringList lines;
     for (const Option *option : options)
-        rows += {"  " + spelled(*option), option->summary};
-    return alignedText(rows);
-}
-
-QString completionCase(const Command &command)
-{
-    QStringList words;
-    for (const std::vector<const Option *> &options : {command.allOptions(), commonOptions()}) {
-        for (const Option *option : options)
-            words += longName(*option);
-    }
-    return QStringLiteral("        \"%1\"*) words=\"%2\" ;;").arg(command.name, words.join(' '));
+        lines += entry(spelled(*option), option->summary);
+    return lines.join('\n');
 }
 
 QString troff(QString text)
@@ -52,57 +64,50 @@ QString troff(QString text)
 
 QString manualEntry(const Command &command)
 {
-    QString entry =
-        QStringLiteral(".TP\n.B %1\n%2.\n.br\nJSON: {\"%3\": %4}\n")
+    QString text =
+        QStringLiteral(".TP\n.B auxctl %1\n%2.\n.br\nJSON: {\"%3\": %4}\n")
             .arg(troff(callOf(command)), troff(command.summary), command.key, troff(command.shape));
     for (const Option *option : command.allOptions())
-        entry += QStringLiteral(".br\n.B %1\n%2.\n")
-                     .arg(troff(spelled(*option)), troff(option->summary));
-    return entry;
-}
-
-QString resource(const char *name)
-{
-    QFile file(QStringLiteral(":/auxctl/") + name);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        text += QStringLiteral(".br\n.B %1\n%2.\n")
+                    .arg(troff(spelled(*option)), troff(option->summary));
+    return text;
 }
 
 } // namespace
 
-QString overview()
+QString resource(const QString &name)
 {
-    QVector<QStringList> rows;
-    for (const Command &command : commands())
-        rows += {"  " + callOf(command), command.summary};
-    return QStringLiteral(
-               "Settings, files, containers and the system of a terminal.\n\nCommands:\n") +
-           alignedText(rows) + QStringLiteral("\n\nOptions of every command:\n") +
-           optionLines(commonOptions()) +
-           QStringLiteral("\n\nExit status: 0 done, 1 failed, 2 wrong call, 3 a check said no.");
+    QFile file(QStringLiteral(":/auxctl/") + name);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
+}
+
+QString overview(const QStringList &words)
+{
+    QStringList lines{"auxctl COMMAND [OPTION...] [ARGUMENT...]", "",
+                      "Settings, files, containers and the system of a terminal.", "", "Commands:"};
+    for (const Command &command : commands()) {
+        if (QString(command.name).split(' ').mid(0, words.size()) == words)
+            lines += entry(callOf(command), command.summary);
+    }
+    lines += {"",
+              "Options of every command:",
+              optionLines(commonOptions()),
+              "",
+              "auxctl help COMMAND tells more of one.",
+              "Exit status: 0 done, 1 failed, 2 wrong call, 3 a check said no."};
+    return lines.join('\n');
 }
 
 QString helpFor(const Command &command)
 {
-    const QString json = QStringLiteral("JSON: {\"%1\": %2}").arg(command.key, command.shape);
-    QStringList parts{callOf(command), command.summary, optionLines(commonOptions()), json};
+    const QString json =
+        wrapped(QStringLiteral("JSON: {\"%1\": %2}").arg(command.key, command.shape), 0);
+    QStringList parts{"auxctl " + callOf(command), wrapped(command.summary, 0),
+                      optionLines(commonOptions()), json};
     const QString own = optionLines(command.allOptions());
     if (!own.isEmpty())
         parts.insert(2, own);
     return parts.join(QStringLiteral("\n\n"));
-}
-
-QString bashCompletion()
-{
-    QStringList names;
-    QStringList cases;
-    for (const Command &command : commands()) {
-        names += command.name;
-        cases += completionCase(command);
-    }
-    return resource("completion.bash")
-        .replace("@NAMES@", '"' + names.join("\" \"") + '"')
-        .replace("@CASES@", cases.join('\n'))
-        .trimmed();
 }
 
 QString manualPage()
@@ -114,7 +119,7 @@ QString manualPage()
     for (const Option *option : commonOptions())
         common += QStringLiteral(".TP\n.B %1\n%2.\n")
                       .arg(troff(spelled(*option)), troff(option->summary));
-    return resource("auxctl.1")
+    return resource(QStringLiteral("auxctl.1"))
         .replace("@VERSION@", aux::SystemInfo::getVersion())
         .replace("@COMMANDS@", entries)
         .replace("@OPTIONS@", common)

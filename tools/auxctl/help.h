@@ -7,14 +7,14 @@
 namespace auxctl
 {
 
-/// All commands with a line each.
-QString overview();
+/// All commands whose names begin with these words, with their summaries.
+QString overview(const QStringList &words = {});
 /// One command, its arguments and options.
 QString helpFor(const Command &command);
-/// A script that completes commands and options in bash.
-QString bashCompletion();
 /// The manual page, in troff.
 QString manualPage();
+/// A text that is part of the program.
+QString resource(const QString &name);
 
 } // namespace auxctl
 

@@ -5,17 +5,31 @@
 
 #include <QCoreApplication>
 
+#include <unistd.h>
+
 namespace auxctl
 {
 
 namespace
 {
 
+/// Prints the result whenever it is another one than before, until a signal ends that.
+ExitStatus watch(const CommandLine &line, const Format &format)
+{
+    QJsonValue last;
+    for (;; sleep(1)) {
+        const Result result = line.run(); // a failure ends it
+        if (result.json != last && print(result, format) == ExitStatus::Failed)
+            return ExitStatus::Failed;
+        last = result.json;
+    }
+}
+
 ExitStatus runAndPrint(const CommandLine &line)
 {
     const Format format{line.has(jsonOption), line.key(), line.has(debugOption)};
     try {
-        return print(line.run(), format);
+        return line.has(watchOption) ? watch(line, format) : print(line.run(), format);
     } catch (const Failure &failure) {
         return print(failure, format);
     }

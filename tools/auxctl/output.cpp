@@ -9,7 +9,6 @@
 
 #include <csignal>
 #include <iostream>
-#include <sstream>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -20,33 +19,35 @@ namespace auxctl
 namespace
 {
 
-QJsonArray toJson(const aux::Error &error)
+/// This program's own errors the way programs put them, those of the library as it prints them:
+/// newest first, each deeper than the one before, and what of the system caused them in the end.
+QString chainText(const aux::Error &error)
 {
-    QJsonArray chain;
+    QStringList lines;
     for (const auto &entry : error) {
-        chain += QJsonObject{{"domain", entry.getDomain()},
-                             {"message", entry.getMsg()},
-                             {"id", static_cast<qint64>(entry.getId())}};
+        const bool isOwn = entry.getDomain() == ownDomain;
+        const QString line = isOwn ? QStringLiteral("%1: %2").arg(ownDomain, entry.getMsg())
+                                   : QStringLiteral("%1 %2 %3")
+                                         .arg(entry.getDomain(), entry.getMsg())
+                                         .arg(entry.getId());
+        lines += QString(2 * lines.size(), ' ') + printable(line, STDERR_FILENO);
     }
-    return chain;
+    if (!error.getExtraData().isEmpty())
+        lines += QString(2 * lines.size(), ' ') + printable(error.getExtraData(), STDERR_FILENO);
+    return lines.join('\n');
 }
 
-/// This program's own errors the way programs put them, those of the library as it prints them.
+void printLines(const QStringList &lines)
+{
+    for (const QString &line : lines)
+        std::cerr << printable(line, STDERR_FILENO).toStdString() << '\n';
+}
+
 void printError(const aux::Error &error)
 {
-    std::ostringstream chain;
-    if (error.getDomain() == ownDomain)
-        chain << ownDomain << ": " << error.getMsg().toStdString();
-    else
-        chain << error;
     const bool colour = errorTakesColour();
-    std::cerr << (colour ? "\033[31m" : "") << chain.str() << (colour ? "\033[0m" : "") << '\n';
-}
-
-void printDiagnostics()
-{
-    for (const QString &line : takeDiagnostics())
-        std::cerr << line.toStdString() << '\n';
+    std::cerr << (colour ? "\033[31m" : "") << chainText(error).toStdString()
+              << (colour ? "\033[0m" : "") << '\n';
 }
 
 bool writeAll(const QByteArray &bytes)
@@ -57,9 +58,23 @@ bool writeAll(const QByteArray &bytes)
            std::fflush(standardOutput()) == 0;
 }
 
-QByteArray document(const QString &key, const QJsonValue &value)
+/// The document, in which nothing acts on a terminal.
+QByteArray toText(const QJsonObject &object)
 {
-    return QJsonDocument(QJsonObject{{key, value}}).toJson();
+    QString text;
+    for (const QChar letter : QString::fromUtf8(QJsonDocument(object).toJson())) {
+        const bool isPlain = letter == '\n' || !isInvisible(letter);
+        text += isPlain ? QString(letter) : QString::asprintf("\\u%04x", letter.unicode());
+    }
+    return text.toUtf8();
+}
+
+QJsonObject toObject(const aux::Error &error)
+{
+    QJsonObject object{{"error", toJson(error)}};
+    if (!error.getExtraData().isEmpty())
+        object["cause"] = error.getExtraData();
+    return object;
 }
 
 /// The status, once what goes with it is on standard output.
@@ -72,6 +87,17 @@ ExitStatus afterWriting(const QByteArray &bytes, ExitStatus status)
 }
 
 } // namespace
+
+QJsonArray toJson(const aux::Error &error)
+{
+    QJsonArray chain;
+    for (const auto &entry : error) {
+        chain += QJsonObject{{"domain", entry.getDomain()},
+                             {"message", entry.getMsg()},
+                             {"id", static_cast<qint64>(entry.getId())}};
+    }
+    return chain;
+}
 
 std::FILE *standardOutput()
 {
@@ -92,19 +118,22 @@ bool errorTakesColour()
 
 ExitStatus print(const Result &result, const Format &format)
 {
-    if (format.showsDiagnostics || result.isNo)
-        printDiagnostics();
+    if (format.showsDiagnostics || result.status == ExitStatus::No)
+        printLines(takeDiagnostics());
+    for (const aux::Error &error : result.errors)
+        printError(error);
+    for (const QString &warning : result.warnings)
+        printLines({QStringLiteral("%1: warning: %2").arg(ownDomain, warning)});
     const QByteArray text = result.text.isEmpty() ? QByteArray() : result.text.toUtf8() + '\n';
-    return afterWriting(format.isJson ? document(format.key, result.json) : text,
-                        result.isNo ? ExitStatus::No : ExitStatus::Done);
+    return afterWriting(format.isJson ? toText({{format.key, result.json}}) : text, result.status);
 }
 
 ExitStatus print(const Failure &failure, const Format &format)
 {
     if (format.showsDiagnostics || failure.status == ExitStatus::No)
-        printDiagnostics();
+        printLines(takeDiagnostics());
     printError(failure.error);
-    return afterWriting(format.isJson ? document("error", toJson(failure.error)) : QByteArray(),
+    return afterWriting(format.isJson ? toText(toObject(failure.error)) : QByteArray(),
                         failure.status);
 }
 

@@ -5,6 +5,8 @@
 #include "failure.h"
 #include "result.h"
 
+#include <QJsonArray>
+
 #include <cstdio>
 
 namespace auxctl
@@ -24,6 +26,9 @@ struct Format {
 /// library's diagnostic lines where they are asked for.
 ExitStatus print(const Result &result, const Format &format);
 ExitStatus print(const Failure &failure, const Format &format);
+
+/// The entries of an error, newest first.
+QJsonArray toJson(const aux::Error &error);
 
 /// Where the result goes. Standard output itself leads to standard error after divertOutput(), so
 /// that what the programs print which the library runs does not get into the result.

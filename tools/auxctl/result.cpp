@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "result.h"
 
+#include "output.h"
+
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QStringList>
@@ -8,19 +10,13 @@
 
 #include <algorithm>
 
+#include <unistd.h>
+
 namespace auxctl
 {
 
 namespace
 {
-
-QJsonObject toObject(const Record &fields)
-{
-    QJsonObject object;
-    for (const auto &[name, value] : fields)
-        object.insert(name, value);
-    return object;
-}
 
 /// What nests is printed below its name, two blanks deeper.
 QString nestedText(const QJsonValue &value)
@@ -42,6 +38,14 @@ QString nestedText(const QJsonValue &value)
 
 } // namespace
 
+QJsonObject toObject(const Record &fields)
+{
+    QJsonObject object;
+    for (const auto &[name, value] : fields)
+        object.insert(name, value);
+    return object;
+}
+
 QString valueText(const QJsonValue &value)
 {
     if (value.isArray() || value.isObject())
@@ -51,15 +55,37 @@ QString valueText(const QJsonValue &value)
     return printable(value.toVariant().toString());
 }
 
-QString printable(QString text)
+bool isInvisible(QChar letter)
 {
-    for (int index = text.size() - 1; index >= 0; --index) {
-        const QChar letter = text[index];
-        if (letter.category() == QChar::Other_Control)
-            text.replace(index, 1,
-                         QStringLiteral("\\x%1").arg(letter.unicode(), 2, 16, QLatin1Char('0')));
+    switch (letter.category()) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return false;
     }
-    return text;
+}
+
+QString printable(const QString &text, int descriptor)
+{
+    if (isatty(descriptor) == 0)
+        return text;
+    QString visible;
+    for (const QChar letter : text) {
+        const int code = letter.unicode();
+        if (!isInvisible(letter))
+            visible += letter;
+        else
+            visible += QString::asprintf(code < 0x100 ? "\\x%02x" : "\\u%04x", code);
+    }
+    return visible;
+}
+
+QString printable(const QString &text)
+{
+    return printable(text, fileno(standardOutput()));
 }
 
 QString alignedText(const QVector<QStringList> &rows)
@@ -84,6 +110,11 @@ QString alignedText(const QVector<QStringList> &rows)
 }
 
 Result plainText(const QString &text)
+{
+    return {text, printable(text)};
+}
+
+Result document(const QString &text)
 {
     return {text, text};
 }
@@ -125,7 +156,8 @@ Result table(const QVector<Record> &rows)
 
 Result answered(bool yes, Result result)
 {
-    result.isNo = !yes;
+    if (!yes)
+        result.status = ExitStatus::No;
     return result;
 }
 

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <algorithm>
@@ -15,19 +16,6 @@ namespace auxctl
 
 namespace
 {
-
-/// The applications that have a settings file, as ORG/NAME.
-QStringList applications()
-{
-    const QDir root(aux::FsHelper::dirLocationToFullPath(aux::DirLocation::Config));
-    QStringList names;
-    for (const QString &organisation : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        for (const QFileInfo &file :
-             QDir(root.filePath(organisation)).entryInfoList({"*.JSON"}, QDir::Files))
-            names += organisation + '/' + file.completeBaseName();
-    }
-    return names;
-}
 
 /// The one of --app, else the only one there is, else aux/terminal.
 QString applicationOf(const Call &call)
@@ -54,9 +42,11 @@ void selectApplication(const QString &application)
 
 /// Fails where there is a settings file that says nothing: its settings would look like defaults,
 /// and the next write would replace it.
-void checkFile(const QString &path)
+void checkFile(const QString &path, bool mayBeMissing)
 {
     QFile file(path);
+    if (!file.exists() && !mayBeMissing)
+        fail(QStringLiteral("%1 does not exist, config set --create makes it").arg(path));
     if (!file.exists())
         return;
     if (!file.open(QIODevice::ReadOnly))
@@ -69,6 +59,19 @@ void checkFile(const QString &path)
 
 constexpr ValueOption<QString> applicationOption{
     "app", "ORG/NAME", "The application whose settings are meant", anyText};
+constexpr Switch createOption{"create", "Make the settings file of --app where there is none"};
+
+QStringList applications()
+{
+    const QDir root(aux::FsHelper::dirLocationToFullPath(aux::DirLocation::Config));
+    QStringList names;
+    for (const QString &organisation : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        for (const QFileInfo &file :
+             QDir(root.filePath(organisation)).entryInfoList({"*.JSON"}, QDir::Files))
+            names += organisation + '/' + file.completeBaseName();
+    }
+    return names;
+}
 
 QString keyPath(const QString &key)
 {
@@ -92,18 +95,32 @@ QVector<Setting> settingsOf(const QStringList &keys)
     return keys.isEmpty() ? all : chosen;
 }
 
+aux::SettingsArea areaFromName(const QString &name)
+{
+    const QStringList names(aux::areaNames.begin(), aux::areaNames.end());
+    if (!names.contains(name))
+        misuseUnknown("area", name, names);
+    return static_cast<aux::SettingsArea>(names.indexOf(name));
+}
+
 void open(aux::Configuration &configuration, const Call &call)
 {
     selectApplication(applicationOf(call));
     configuration.init();
-    checkFile(configuration.getFileName());
+    checkFile(configuration.getFileName(), !call.has(applicationOption) || call.has(createOption));
 }
 
-QJsonValue shownValue(const Setting &setting, const QVariant &value, bool reveal)
+ShownSetting shown(const Setting &setting, const QVariant &value, bool reveal)
 {
-    if (setting.isSecret && !reveal && !value.toString().isEmpty())
-        return QStringLiteral("********");
-    return QJsonValue::fromVariant(value);
+    const bool isHidden = setting.isSecret && !reveal && !value.toString().isEmpty();
+    Record record{{"key", setting.keyPath()}};
+    if (isHidden)
+        record += {"secret", true};
+    else
+        record += {"value", QJsonValue::fromVariant(value)};
+    record += {"default", QJsonValue::fromVariant(setting.defaultValue)};
+    return {record,
+            isHidden ? QStringLiteral("********") : valueText(QJsonValue::fromVariant(value))};
 }
 
 } // namespace auxctl

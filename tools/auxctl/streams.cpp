@@ -1,14 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "streams.h"
 
-#include "command.h"
+#include "fs/fileidentity.h"
+#include "fs/storage.h"
 #include "output.h"
+#include "supervisor.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
-#include <array>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <cstring>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace auxctl
 {
@@ -18,78 +26,130 @@ namespace
 
 const QString standardStream = QStringLiteral("-");
 
-bool copyAll(std::FILE *from, std::FILE *to)
+/// Copies what is left to read; false where either of them fails.
+bool copyAll(QFile &from, QFile &to)
 {
-    std::array<char, 65536> buffer{};
-    std::size_t length = 0;
-    while ((length = std::fread(buffer.data(), 1, buffer.size(), from)) > 0) {
-        if (std::fwrite(buffer.data(), 1, length, to) != length)
+    QByteArray piece(1 << 16, Qt::Uninitialized);
+    qint64 length = 0;
+    while ((length = from.read(piece.data(), piece.size())) > 0) {
+        if (to.write(piece.constData(), length) != length)
             return false;
     }
-    return std::ferror(from) == 0 && std::fflush(to) == 0;
+    return length == 0 && to.flush();
 }
 
-/// Copies between a file and a standard stream.
-bool copy(const QString &path, const char *mode, std::FILE *stream)
+/// A file without a name, which holds what standard input gave.
+std::unique_ptr<QTemporaryFile> unnamedCopy()
 {
-    std::FILE *file = std::fopen(QFile::encodeName(path).constData(), mode);
-    if (file == nullptr)
+    auto copy = std::make_unique<QTemporaryFile>();
+    QFile input;
+    if (!copy->open() || !input.open(STDIN_FILENO, QIODevice::ReadOnly) || !copyAll(input, *copy))
+        fail(QStringLiteral("cannot keep standard input: ") + copy->errorString());
+    return copy;
+}
+
+/// The file is on the storage under its new name.
+bool renameDurably(const QString &from, const QString &to, unsigned int flags)
+{
+    const QByteArray source = QFile::encodeName(from);
+    const int file = open(source.constData(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
         return false;
-    const bool reads = *mode == 'r';
-    const bool copied = reads ? copyAll(file, stream) : copyAll(stream, file);
-    return std::fclose(file) == 0 && copied;
-}
-
-std::unique_ptr<QTemporaryDir> temporaryDirectory()
-{
-    auto directory = std::make_unique<QTemporaryDir>();
-    if (!directory->isValid())
-        fail(QStringLiteral("cannot make a temporary directory: ") + directory->errorString());
-    return directory;
+    const bool isFlushed = fsync(file) == 0;
+    const int reason = errno;
+    close(file);
+    errno = reason;
+    return isFlushed &&
+           renameat2(AT_FDCWD, source.constData(), AT_FDCWD, QFile::encodeName(to).constData(),
+                     flags) == 0 &&
+           aux::syncDirectory(QFileInfo(to).absolutePath());
 }
 
 } // namespace
 
-Input::Input(const QString &argument, const QString &name) : m_path(argument)
+constexpr Switch forceOption{"force", "Overwrite an existing file"};
+
+Input::Input(const QString &argument) : m_argument(argument), m_path(argument)
 {
-    const bool isStream = argument == standardStream;
-    if (!isStream && name.isEmpty())
+    if (!isStream())
         return;
-    m_directory = temporaryDirectory();
-    m_path = m_directory->filePath(name.isEmpty() ? QStringLiteral("stdin") : name);
-    const bool made = isStream ? copy(m_path, "wb", stdin)
-                               : QFile::link(QFileInfo(argument).absoluteFilePath(), m_path);
-    if (!made)
-        fail(QStringLiteral("cannot take over %1").arg(argument));
+    m_copy = unnamedCopy();
+    m_path = QStringLiteral("/proc/self/fd/%1").arg(m_copy->handle());
 }
 
-OutputPlace::OutputPlace(const Call &call, int index, const QString &fallback)
-    : m_argument(call.argument(index, fallback))
+bool Input::isStream() const
 {
-    if (m_argument != standardStream)
-        return;
-    if (call.has(jsonOption))
+    return m_argument == standardStream;
+}
+
+QString Input::name() const
+{
+    return isStream() ? QStringLiteral("standard input") : m_argument;
+}
+
+Output::Output(const Call &call, const QString &argument, const std::function<void()> &cleanUp)
+    : m_path(argument), m_isForced(call.has(forceOption))
+{
+    const bool isOccupied = argument != standardStream && aux::isOccupied(argument);
+    if (argument == standardStream && call.has(jsonOption))
         misuse("standard output takes either the file or --json");
-    m_directory = temporaryDirectory();
+    if (isOccupied && !m_isForced)
+        fail(QStringLiteral("%1 exists already, --force overwrites it").arg(argument));
+    if (isOccupied && !QFileInfo(argument).isFile())
+        fail(QStringLiteral("%1 is no regular file").arg(argument));
+    makeTemporaryPath();
+    const QString directory = isStream() ? m_directory->path() : QString();
+    supervise([cleanUp, directory, temporary = m_temporaryPath] {
+        QFile::remove(temporary);
+        QDir().rmdir(directory);
+        cleanUp();
+    });
 }
 
-QString OutputPlace::directory() const
+void Output::makeTemporaryPath()
 {
-    return isStandardOutput() ? m_directory->path() : m_argument;
+    if (m_path != standardStream) {
+        m_temporaryPath =
+            QStringLiteral("%1/.auxctl-%2").arg(QFileInfo(m_path).absolutePath()).arg(getpid());
+        QFile::remove(m_temporaryPath); // of a process that was killed and had the same number
+        return;
+    }
+    m_directory = std::make_unique<QTemporaryDir>();
+    if (!m_directory->isValid())
+        fail(QStringLiteral("cannot make a temporary directory: ") + m_directory->errorString());
+    m_temporaryPath = m_directory->filePath(QStringLiteral("output"));
 }
 
-QString OutputPlace::file() const
+Output::~Output()
 {
-    return isStandardOutput() ? m_directory->filePath(QStringLiteral("stdout")) : m_argument;
+    QFile::remove(m_temporaryPath); // gone, where it was committed
 }
 
-Result OutputPlace::deliver(const QString &path, Result result) const
+void Output::rename() const
 {
-    if (!isStandardOutput())
+    bool isRenamed = renameDurably(m_temporaryPath, m_path, m_isForced ? 0 : RENAME_NOREPLACE);
+    // Not every file system knows how not to replace; that there was none has been seen.
+    if (!isRenamed && errno == EINVAL && !m_isForced && !aux::isOccupied(m_path))
+        isRenamed = renameDurably(m_temporaryPath, m_path, 0);
+    if (!isRenamed)
+        fail(QStringLiteral("cannot write %1: %2").arg(m_path, strerror(errno)));
+}
+
+Result Output::commit(const Result &result)
+{
+    if (!isStream()) {
+        rename();
         return result;
-    if (!copy(path, "rb", standardOutput()))
+    }
+    std::signal(SIGPIPE, SIG_DFL); // QProcess ignores it; a reader that has enough is no failure
+    QFile file(m_temporaryPath);
+    QFile output;
+    if (!file.open(QIODevice::ReadOnly) || !output.open(standardOutput(), QIODevice::WriteOnly) ||
+        !copyAll(file, output))
         fail("cannot write to standard output");
-    return {};
+    Result silent;
+    silent.warnings = result.warnings;
+    return silent;
 }
 
 } // namespace auxctl

@@ -2,50 +2,70 @@
 #ifndef AUXCTL_STREAMS_H
 #define AUXCTL_STREAMS_H
 
-#include "result.h"
+#include "command.h"
 
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 
+#include <functional>
 #include <memory>
 
 namespace auxctl
 {
 
-/// The file that an argument names; for "-" one that holds what standard input gave.
+/// The file that an argument names; for "-" an unnamed one that holds what standard input gave.
 class Input
 {
 public:
-    /// With `name`, the last component of the path is this one.
-    explicit Input(const QString &argument, const QString &name = {});
+    explicit Input(const QString &argument);
 
+    /// Where it can be read.
     [[nodiscard]] const QString &path() const { return m_path; }
+    [[nodiscard]] bool isStream() const;
+    /// What people call it.
+    [[nodiscard]] QString name() const;
 
 private:
-    std::unique_ptr<QTemporaryDir> m_directory;
+    QString m_argument;
     QString m_path;
+    std::unique_ptr<QTemporaryFile> m_copy;
 };
 
-class Call;
+/// Without it, no file is replaced.
+extern const Switch forceOption;
 
-/// The place that an argument names; for "-" a temporary one that goes to standard output.
-class OutputPlace
+/// The file that a command makes: it gets its name, or goes to standard output, only when it is
+/// complete. Until then it is a temporary one, of which nothing is left where a signal ends the
+/// program.
+class Output
 {
 public:
-    explicit OutputPlace(const Call &call, int index, const QString &fallback = {});
+    /// Fails where a file of that name exists and --force is not given, a misuse for "-" with
+    /// --json. What else is to be cleaned up after a signal, `cleanUp` does.
+    Output(
+        const Call &call, const QString &argument, const std::function<void()> &cleanUp = [] {});
+    ~Output();
+    Output(const Output &) = delete;
+    Output &operator=(const Output &) = delete;
 
-    [[nodiscard]] bool isStandardOutput() const { return m_directory != nullptr; }
-    /// The argument as a directory.
-    [[nodiscard]] QString directory() const;
-    /// The argument as a file.
-    [[nodiscard]] QString file() const;
+    /// Where it is to be written, a name that is not there yet.
+    [[nodiscard]] const QString &temporaryPath() const { return m_temporaryPath; }
+    /// What it will be called.
+    [[nodiscard]] const QString &path() const { return m_path; }
 
-    /// Copies the file to standard output where it is to go there and says nothing else, else
-    /// returns the result as it is.
-    [[nodiscard]] Result deliver(const QString &path, Result result) const;
+    /// Gives the file its name and returns the result; of a file that goes to standard output an
+    /// empty one.
+    Result commit(const Result &result);
 
 private:
-    std::unique_ptr<QTemporaryDir> m_directory;
-    QString m_argument;
+    void makeTemporaryPath();
+    void rename() const;
+    [[nodiscard]] bool isStream() const { return m_directory != nullptr; }
+
+    QString m_path;
+    bool m_isForced;
+    QString m_temporaryPath;
+    std::unique_ptr<QTemporaryDir> m_directory; // for standard output
 };
 
 } // namespace auxctl

@@ -26,7 +26,7 @@ Result setClock(const Call &call)
 
 const Registration row{{"clock set",
                         "TIME",
-                        "clock",
+                        "time",
                         "text",
                         "Set system and hardware clock, as 2026-01-31T12:00:00Z",
                         {},

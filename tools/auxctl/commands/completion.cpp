@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "candidates.h"
 #include "help.h"
+
+#include <QJsonArray>
 
 namespace auxctl
 {
@@ -7,13 +10,39 @@ namespace auxctl
 namespace
 {
 
-Result completion(const Call &)
+Result completion(const Call &call)
 {
-    return plainText(bashCompletion());
+    const QStringList shells{"bash", "fish", "zsh"};
+    const QString shell = call.argument(0, shells.first());
+    if (!shells.contains(shell))
+        misuseUnknown("shell", shell, shells);
+    return document(resource("completion." + shell));
 }
 
-const Registration row{
-    {"completion", "", "script", "text", "Print the completion script for bash", {}, completion}};
+constexpr ValueOption<QString> currentOption{"current", "TEXT", "The beginning of the word to come",
+                                             anyText};
+
+Result complete(const Call &call)
+{
+    const QStringList candidates =
+        candidatesAfter(call.arguments(), call.value(currentOption).value_or(QString()));
+    return {QJsonArray::fromStringList(candidates), candidates.join('\n')};
+}
+
+const Registration completionRow{{"completion",
+                                  "[SHELL]",
+                                  "script",
+                                  "text",
+                                  "Print the completion script for bash, fish or zsh",
+                                  {},
+                                  completion}};
+const Registration completeRow{{"complete",
+                                "[WORD...]",
+                                "candidates",
+                                "[text]",
+                                "Print what may follow, for those scripts",
+                                {&currentOption},
+                                complete}};
 
 } // namespace
 

@@ -13,13 +13,13 @@ Result getSetting(const Call &call)
     aux::Configuration configuration;
     open(configuration, call);
     const QVariant value = configuration.getValue(setting.code);
-    return {QJsonValue::fromVariant(value), value.toString()};
+    return {QJsonValue::fromVariant(value), printable(value.toString())};
 }
 
 const Registration row{{"config get",
                         "KEY",
                         "value",
-                        "value",
+                        "scalar",
                         "Print the value of a setting",
                         {&applicationOption},
                         getSetting}};

@@ -106,7 +106,7 @@ Result printSchema(const Call &)
 const Registration row{{"config schema",
                         "",
                         "schema",
-                        "JSON Schema",
+                        "object",
                         "Print a JSON Schema for configuration files",
                         {},
                         printSchema}};

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "config/jsonformat.h"
+#include "changes.h"
 #include "config/rules.h"
-#include "settings.h"
 
-#include <QFile>
+#include <QJsonArray>
 
 #include <climits>
 
@@ -12,8 +11,6 @@ namespace auxctl
 
 namespace
 {
-
-using Values = QVector<QVariant>;
 
 /// The text as the setting's type; the file holds numbers as int.
 QVariant parseValue(const QString &text, const Setting &setting)
@@ -31,65 +28,48 @@ QVariant parseValue(const QString &text, const Setting &setting)
                .arg(setting.keyPath(), aux::expectation(setting), text));
 }
 
-/// What the file on the disk says, past everything that this process keeps in memory.
-bool isOnDisk(const QString &fileName, const QVector<Setting> &settings, const Values &values)
-{
-    QFile file(fileName);
-    QSettings::SettingsMap map;
-    if (!file.open(QIODevice::ReadOnly) || !aux::json::readSettings(file, map))
-        return false;
-    for (int index = 0; index < settings.size(); ++index) {
-        if (map.value(settings[index].keyPath().mid(1)) != values[index])
-            return false;
-    }
-    return true;
-}
-
-/// The file is written once for all of them.
-void writeAll(aux::Configuration &configuration, const QVector<Setting> &settings,
-              const Values &values)
-{
-    {
-        QSettings file; // that of the configuration
-        for (int index = 0; index < settings.size(); ++index)
-            file.setValue(settings[index].keyPath(), values[index]);
-    }
-    if (!isOnDisk(configuration.getFileName(), settings, values)) {
-        configuration.rollback(aux::SettingsArea::All); // nothing may be written later on
-        fail(QStringLiteral("cannot write %1").arg(configuration.getFileName()));
-    }
-    configuration.commit();
-}
-
-Result setAll(const Call &call)
+QStringList keysOf(const QStringList &assignments)
 {
     QStringList keys;
-    for (const QString &assignment : call.arguments()) {
+    for (const QString &assignment : assignments) {
         if (!assignment.contains('='))
             misuse(QStringLiteral("\"%1\" is no KEY=VALUE").arg(assignment));
         keys += keyPath(assignment.section('=', 0, 0));
     }
     if (QStringList(keys).removeDuplicates() > 0)
         misuse("a setting is given twice");
-    const QVector<Setting> settings = settingsOf(keys);
-    Values values;
-    Record written;
+    return keys;
+}
+
+Result setAll(const Call &call)
+{
+    const QVector<Setting> settings = settingsOf(keysOf(call.arguments()));
+    aux::SettingsChanges changes;
+    QJsonArray json;
+    QVector<QStringList> lines;
     for (int index = 0; index < settings.size(); ++index) {
-        values += parseValue(call.argument(index).section('=', 1), settings[index]);
-        written += {settings[index].keyPath(), shownValue(settings[index], values[index], false)};
+        const Setting &setting = settings[index];
+        const QVariant value = parseValue(call.argument(index).section('=', 1), setting);
+        const auto [record, text] = shown(setting, value, false);
+        changes[setting.code] = value;
+        json += toObject(record);
+        lines += {setting.keyPath() + ':', text};
     }
     aux::Configuration configuration;
     open(configuration, call);
-    writeAll(configuration, settings, values);
-    return record(written);
+    aux::Error error = aux::checkChanges(changes);
+    if (error.hasError())
+        throw Failure{ExitStatus::Usage, std::move(error)};
+    commit(changes, configuration);
+    return {json, alignedText(lines)};
 }
 
 const Registration row{{"config set",
                         "KEY=VALUE...",
-                        "set",
-                        "{KEY: value}",
+                        "settings",
+                        "[{key: text, value?: scalar, secret?: bool, default: scalar}]",
                         "Set all of these settings, or none",
-                        {&applicationOption},
+                        {&applicationOption, &createOption},
                         setAll}};
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "settings.h"
 
+#include <QJsonArray>
+
 namespace auxctl
 {
 
@@ -14,28 +16,26 @@ Result showSettings(const Call &call)
     const QVector<Setting> settings = settingsOf(call.arguments());
     aux::Configuration configuration;
     open(configuration, call);
-    QVector<Record> records;
+    QJsonArray json;
     QVector<QStringList> lines;
     for (const Setting &setting : settings) {
         const QVariant value = configuration.getValue(setting.code);
         const bool isDefault = value == setting.defaultValue;
-        const QJsonValue shown = shownValue(setting, value, call.has(revealOption));
-        records += {{"key", setting.keyPath()},
-                    {"value", shown},
-                    {"default", QJsonValue::fromVariant(setting.defaultValue)},
-                    {"isDefault", isDefault}};
-        lines += {(isDefault ? "  " : "* ") + setting.keyPath(), valueText(shown)};
+        const auto [record, text] = shown(setting, value, call.has(revealOption));
+        json += toObject(record + Record{{"isDefault", isDefault}});
+        lines += {(isDefault ? "  " : "* ") + setting.keyPath(), text};
     }
-    return {table(records).json, alignedText(lines)};
+    return {json, alignedText(lines)};
 }
 
-const Registration row{{"config show",
-                        "[KEY...]",
-                        "settings",
-                        "[{key, value, default, isDefault}]",
-                        "Show settings; a * marks what differs from the default",
-                        {&applicationOption, &revealOption},
-                        showSettings}};
+const Registration row{
+    {"config show",
+     "[KEY...]",
+     "settings",
+     "[{key: text, value?: scalar, secret?: bool, default: scalar, isDefault: bool}]",
+     "Show settings; a * marks what differs from the default",
+     {&applicationOption, &revealOption},
+     showSettings}};
 
 } // namespace
 

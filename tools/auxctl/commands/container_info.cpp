@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "containerfile.h"
+#include "files.h"
 #include "streams.h"
 
 namespace auxctl
@@ -8,32 +9,46 @@ namespace auxctl
 namespace
 {
 
+Finding describeFile(const QString &argument)
+{
+    const Input input(argument);
+    return {ContainerFile(input.path()).description()};
+}
+
+Finding verifyFile(const QString &argument)
+{
+    const Input input(argument);
+    ContainerFile container(input.path());
+    const bool isValid = container.hasDigest();
+    return {container.description() + Record{{"valid", isValid}}, !isValid};
+}
+
 Result describe(const Call &call)
 {
-    const Input input(call.argument(0));
-    return record(ContainerFile(input.path()).description());
+    return lookAtEach(filesOf(call.arguments()), describeFile);
 }
 
 Result verify(const Call &call)
 {
-    const Input input(call.argument(0));
-    ContainerFile container(input.path());
-    const bool isValid = container.hasDigest();
-    return answered(isValid, record(container.description() + Record{{"valid", isValid}}));
+    return lookAtEach(filesOf(call.arguments()), verifyFile);
 }
 
+constexpr const char *shape = "[{path: text, error?: [{domain: text, message: text, id: number}], "
+                              "type?: text, name?: text, size?: number, digest?: text, "
+                              "complete?: bool, valid?: bool}]";
+
 const Registration infoRow{{"container info",
-                            "CONTAINER",
-                            "container",
-                            "{type, name, size, digest, complete}",
-                            "Show what the header of a container says",
+                            "FILE...",
+                            "containers",
+                            shape,
+                            "Show what the headers of containers say",
                             {},
                             describe}};
 const Registration verifyRow{{"container verify",
-                              "CONTAINER",
-                              "container",
-                              "{type, name, size, digest, complete, valid}",
-                              "Check the digest of a container, writing nothing",
+                              "FILE...",
+                              "containers",
+                              shape,
+                              "Check the digests of containers, writing nothing",
                               {},
                               verify}};
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "containerfile.h"
-#include "fs/fileidentity.h"
-#include "progress.h"
+#include "files.h"
 #include "streams.h"
 
 #include <aux/datahelper.h>
+
+#include <QFileInfo>
 
 namespace auxctl
 {
@@ -12,40 +13,34 @@ namespace auxctl
 namespace
 {
 
-constexpr Switch forceOption{"force", "Overwrite an existing file"};
-
-/// The file that unpacking would write; null where the container does not say.
-QString expectedPath(const ContainerFile &container, const QString &directory, const QString &name)
+/// The name that the file gets. A stored one is somebody else's choice: it hides no file.
+QString nameFor(const ContainerFile &container, const std::optional<QString> &chosen)
 {
-    const QString fileName = name.isEmpty() ? container.header().fileName() : name;
-    return fileName.isEmpty() ? QString() : directory + '/' + fileName;
+    const QString stored = container.header().fileName();
+    if (!chosen && (stored.isEmpty() || stored.startsWith('.')))
+        fail(QStringLiteral("the stored name \"%1\" is not used, choose one with --name")
+                 .arg(stored));
+    return chosen.value_or(stored);
 }
 
 Result unpack(const Call &call)
 {
-    QString path = call.value(fileNameOption).value_or(QString());
-    const OutputPlace output(call, 1, QStringLiteral("."));
+    const auto chosen = call.value(fileNameOption);
+    const QString place = directoryOf(call.argument(1, QStringLiteral(".")));
     const Input input(call.argument(0));
-    ContainerFile container(input.path());
-    const QString expected = expectedPath(container, output.directory(), path);
-    if (!expected.isEmpty() && aux::isOccupied(expected)) {
-        if (!call.has(forceOption))
-            fail(QStringLiteral("%1 exists already, --force overwrites it").arg(expected));
-        if (!container.hasDigest()) // the library would find out when the file is gone
-            fail(QStringLiteral("%1 is damaged, %2 stays").arg(input.path(), expected));
-    }
-
-    const Progress progress(expected);
+    const ContainerFile container(input.path());
+    Output output(call, place == "-" ? place : place + '/' + nameFor(container, chosen));
     auto type = aux::DataHelper::ZEL_FILE_TYPE::Unknown;
-    check(
-        aux::DataHelper::unpackFileFromBinContainer(input.path(), type, output.directory(), path));
-    return output.deliver(path, record({{"path", path}, {"type", typeName(type)}}));
+    const QFileInfo temporary(output.temporaryPath());
+    QString name = temporary.fileName();
+    check(aux::DataHelper::unpackFileFromBinContainer(input.path(), type, temporary.path(), name));
+    return output.commit(record({{"path", output.path()}, {"type", typeName(type)}}));
 }
 
 const Registration row{{"container unpack",
                         "CONTAINER [DIRECTORY]",
                         "unpacked",
-                        "{path, type}",
+                        "{path: text, type: text}",
                         "Unpack a container and check its digest",
                         {&fileNameOption, &forceOption},
                         unpack}};

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "command.h"
-#include "progress.h"
 #include "streams.h"
 
 #include <aux/crc32.h>
@@ -19,7 +18,6 @@ Result crc32(const Call &call)
     QFile file(input.path());
     if (!file.open(QIODevice::ReadOnly))
         failOn("open", file);
-    const Progress progress(file.fileName());
     QByteArray piece(1 << 16, Qt::Uninitialized);
     unsigned int crc = 0;
     qint64 length = 0;

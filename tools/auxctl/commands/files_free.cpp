@@ -33,7 +33,7 @@ Result isFree(const Call &call)
 const Registration row{{"files free",
                         "LOCATION BYTES",
                         "free",
-                        "true or false",
+                        "bool",
                         "Check for free space; BYTES may end in K, M or G",
                         {},
                         isFree}};

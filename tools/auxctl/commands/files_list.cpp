@@ -21,7 +21,8 @@ Result list(const Call &call)
 {
     QStringList names = checked(aux::FsHelper::createDirList(locationFromName(call.argument(0))));
     const QJsonArray json = QJsonArray::fromStringList(names);
-    std::transform(names.begin(), names.end(), names.begin(), printable);
+    std::transform(names.begin(), names.end(), names.begin(),
+                   [](const QString &name) { return printable(name); });
     return {json, names.join('\n')};
 }
 
@@ -46,7 +47,7 @@ const Registration countRow{{"files count",
                              "count",
                              "number",
                              "Count the readable files of a location",
-                             {},
+                             {&watchOption},
                              count}};
 
 } // namespace

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "command.h"
+#include "fs/checksum.h"
+#include "fs/fileidentity.h"
 #include "location.h"
 
 #include <QFileInfo>
@@ -10,9 +12,26 @@ namespace auxctl
 namespace
 {
 
-constexpr ValueOption<QString> checksumOption{"checksum", "SHA256",
-                                              "Move only a file with this checksum", anyText};
+/// Checksums are written in small letters.
+QString checksumFromText(const QString &text)
+{
+    return text.toLower();
+}
+
+constexpr ValueOption<QString> checksumOption{
+    "checksum", "SHA256", "Move only a file with this checksum", checksumFromText};
 constexpr ValueOption<QString> newNameOption{"name", "NAME", "Use this file name", anyText};
+
+/// To the library a file of the destination's name is a duplicate, so that the source goes. It must
+/// be one.
+void checkDuplicate(const QString &source, const QString &destination)
+{
+    if (!QFileInfo(source).isFile() || !QFileInfo(destination).isFile() ||
+        aux::isSameFile(source, destination))
+        return;
+    if (checked(aux::digestOf(source)).raw() != checked(aux::digestOf(destination)).raw())
+        fail(QStringLiteral("%1 is another file than %2, both are kept").arg(destination, source));
+}
 
 Result move(const Call &call)
 {
@@ -21,16 +40,18 @@ Result move(const Call &call)
     const QString name = call.argument(2);
     const QString newName = call.value(newNameOption).value_or(QString());
     const auto checksum = call.value(checksumOption);
+    const QString moved = QFileInfo(newName.isEmpty() ? name : newName).fileName();
+    const QString path = aux::FsHelper::createPathName(to, moved);
+    checkDuplicate(aux::FsHelper::createPathName(from, QFileInfo(name).fileName()), path);
     check(aux::FsHelper::fileMove(from, to, name, checksum.value_or(QString()),
                                   checksum.has_value(), newName));
-    const QString moved = QFileInfo(newName.isEmpty() ? name : newName).fileName();
-    return record({{"path", aux::FsHelper::createPathName(to, moved)}});
+    return record({{"path", path}});
 }
 
 const Registration row{{"files move",
                         "FROM TO FILE",
                         "moved",
-                        "{path}",
+                        "{path: text}",
                         "Move a file between two locations",
                         {&checksumOption, &newNameOption},
                         move}};

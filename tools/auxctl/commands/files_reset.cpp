@@ -18,7 +18,7 @@ Result reset(const Call &)
 const Registration row{{"files reset",
                         "",
                         "reset",
-                        "true",
+                        "bool",
                         "Remove all data directories and settings",
                         {},
                         reset,

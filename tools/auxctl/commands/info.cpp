@@ -30,7 +30,7 @@ Result info(const Call &)
     const QJsonObject clock = SystemInfo::getCurrentDateTimeUTCInfo();
     Result result = record({{"serial", SystemInfo::getSerialNumber()},
                             {"problem", error.hasError() ? error.getMsg() : QString()},
-                            {"wifi", SystemInfo::getWifiMac()},
+                            {"wifiMac", SystemInfo::getWifiMac()},
                             {"version", SystemInfo::getVersion()},
                             {"bsp", SystemInfo::getBspId()},
                             {"ipv4", SystemInfo::getFirstActiveNetworkIPv4()},
@@ -46,7 +46,8 @@ Result info(const Call &)
 const Registration row{{"info",
                         "",
                         "info",
-                        "{serial, problem, wifi, version, bsp, ipv4, network, clock, touchscreen}",
+                        "{serial: text, problem: text, wifiMac: text, version: text, bsp: text, "
+                        "ipv4: text, network: object, clock: object, touchscreen: bool}",
                         "Show identity, versions, network, clock and touchscreen",
                         {},
                         info}};

@@ -24,7 +24,7 @@ QByteArray contentOf(const Call &call)
     if (file.error() != QFileDevice::NoError)
         failOn("read", file);
     if (content.isEmpty())
-        fail(QStringLiteral("%1 is empty").arg(input.path()));
+        fail(QStringLiteral("%1 is empty").arg(input.name()));
     return content;
 }
 
@@ -35,16 +35,31 @@ Result protect(const Call &call)
     return plainText(checked(aux::DataHelper::encryptKeyB64(key, phrase)));
 }
 
+/// Whether it begins like an OpenPGP key (RFC 4880, 4.2): a packet with the tag of a secret or a
+/// public key, in the old or the new format, or the armour of one.
+bool looksLikeKey(const QByteArray &key)
+{
+    const unsigned int first = static_cast<unsigned char>(key.at(0));
+    const unsigned int tag = (first & 0x40U) != 0 ? first & 0x3fU : (first & 0x3cU) >> 2U;
+    constexpr unsigned int secretKey = 5;
+    constexpr unsigned int publicKey = 6;
+    return ((first & 0x80U) != 0 && (tag == secretKey || tag == publicKey)) ||
+           key.startsWith("-----BEGIN PGP ");
+}
+
 Result reveal(const Call &call)
 {
-    const OutputPlace output(call, 1);
     const QString text = QString::fromUtf8(contentOf(call)).trimmed();
     const QString phrase = passPhrase(call, PassPhraseKind::Known);
     const QByteArray key = checked(aux::DataHelper::decryptKeyB64(text, phrase));
-    aux::NewFile file(output.file()); // nobody else's to read, also while it is written
+    Output output(call, call.argument(1));
+    aux::NewFile file(output.temporaryPath()); // nobody else's to read, also while it is written
     if (!file.open() || !file.write(key) || !file.commit())
-        fail(QStringLiteral("cannot write %1").arg(output.file()));
-    return output.deliver(output.file(), record({{"path", output.file()}}));
+        fail(QStringLiteral("cannot write %1").arg(output.path()));
+    Result result = record({{"path", output.path()}});
+    if (!looksLikeKey(key)) // the pass phrase is not checked by anything else
+        result.warnings += "this is no OpenPGP key; was the pass phrase right?";
+    return output.commit(result);
 }
 
 const Registration protectRow{
@@ -57,10 +72,10 @@ const Registration protectRow{
      protect}};
 const Registration revealRow{{"key reveal",
                               "FILE KEYFILE",
-                              "key",
-                              "{path}",
+                              "file",
+                              "{path: text}",
                               "Write the key that a protected text hides to a file of mode 0600",
-                              {&passPhraseFileOption, &passPhraseDescriptorOption},
+                              {&passPhraseFileOption, &passPhraseDescriptorOption, &forceOption},
                               reveal}};
 
 } // namespace

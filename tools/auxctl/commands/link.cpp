@@ -22,9 +22,9 @@ Result link(const Call &call)
 const Registration row{{"link",
                         "[IFACE]",
                         "link",
-                        "true or false",
+                        "bool",
                         "Check whether a network interface has a link",
-                        {},
+                        {&watchOption},
                         link}};
 
 } // namespace

@@ -9,7 +9,7 @@ namespace
 
 Result manual(const Call &)
 {
-    return plainText(manualPage());
+    return document(manualPage());
 }
 
 const Registration row{{"manual", "", "manual", "text", "Print the manual page", {}, manual}};

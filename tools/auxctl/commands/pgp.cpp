@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "openpgp/keyring.h"
 #include "passphrase.h"
-#include "progress.h"
 #include "streams.h"
+#include "supervisor.h"
 
 #include <aux/datahelper.h>
 
@@ -11,30 +12,35 @@ namespace auxctl
 namespace
 {
 
+/// Ends what gpg leaves running when a signal ends it, in this process' turn.
+void stopAgents()
+{
+    static_cast<void>(aux::Keyring().requireKeyring());
+}
+
 Result importKey(const Call &call)
 {
     const Input input(call.argument(0));
+    supervise([] { static_cast<void>(aux::DataHelper::removeKeypairGPG()); }); // half a key is none
     check(aux::DataHelper::importKeypairGPG(input.path()));
     return plainText("imported");
 }
 
 Result encrypt(const Call &call)
 {
-    const OutputPlace output(call, 1);
     const Input input(call.argument(0));
-    const Progress progress(input.path());
-    check(aux::DataHelper::encryptFileGPG(input.path(), output.file()));
-    return output.deliver(output.file(), record({{"path", output.file()}}));
+    Output output(call, call.argument(1), stopAgents);
+    check(aux::DataHelper::encryptFileGPG(input.path(), output.temporaryPath()));
+    return output.commit(record({{"path", output.path()}}));
 }
 
 Result decrypt(const Call &call)
 {
     const QString phrase = passPhrase(call, PassPhraseKind::Known);
-    const OutputPlace output(call, 1);
     const Input input(call.argument(0));
-    const Progress progress(input.path());
-    check(aux::DataHelper::decryptFileGPG(input.path(), output.file(), phrase));
-    return output.deliver(output.file(), record({{"path", output.file()}}));
+    Output output(call, call.argument(1), stopAgents);
+    check(aux::DataHelper::decryptFileGPG(input.path(), output.temporaryPath(), phrase));
+    return output.commit(record({{"path", output.path()}}));
 }
 
 Result removeKey(const Call &)
@@ -52,17 +58,17 @@ const Registration importRow{{"pgp import",
                               importKey}};
 const Registration encryptRow{{"pgp encrypt",
                                "FILE MESSAGE",
-                               "message",
-                               "{path}",
+                               "file",
+                               "{path: text}",
                                "Encrypt a file to the imported key",
-                               {},
+                               {&forceOption},
                                encrypt}};
 const Registration decryptRow{{"pgp decrypt",
                                "MESSAGE FILE",
                                "file",
-                               "{path}",
+                               "{path: text}",
                                "Decrypt a message with the imported key",
-                               {&passPhraseFileOption, &passPhraseDescriptorOption},
+                               {&passPhraseFileOption, &passPhraseDescriptorOption, &forceOption},
                                decrypt}};
 const Registration removeRow{
     {"pgp remove", "", "pgp", "text", "Remove the imported key", {}, removeKey}};

@@ -30,12 +30,12 @@ Result kill(const Call &)
 }
 
 const Registration startRow{
-    {"wifi start", "", "wifi", "text", "Start the Wi-Fi supplicant", {}, start}};
+    {"wifi start", "", "supplicant", "text", "Start the Wi-Fi supplicant", {}, start}};
 const Registration stopRow{
-    {"wifi stop", "", "wifi", "text", "Stop the Wi-Fi supplicant", {}, stop}};
+    {"wifi stop", "", "supplicant", "text", "Stop the Wi-Fi supplicant", {}, stop}};
 const Registration killRow{{"wifi kill",
                             "",
-                            "wifi",
+                            "supplicant",
                             "text",
                             "Kill the Wi-Fi supplicant by force",
                             {},

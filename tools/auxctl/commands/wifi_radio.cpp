@@ -57,16 +57,16 @@ Result status(const Call &)
 const Registration scanRow{{"wifi scan",
                             "",
                             "networks",
-                            "[{quality, security, essid}]",
+                            "[{quality: number, security: number, essid: text}]",
                             "List the networks in reach",
                             {},
                             scan}};
 const Registration statusRow{{"wifi status",
                               "",
                               "wifi",
-                              "{connected, quality}",
+                              "{connected: bool, quality: number}",
                               "Show the quality of the Wi-Fi link",
-                              {},
+                              {&watchOption},
                               status}};
 
 } // namespace

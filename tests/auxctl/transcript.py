@@ -1,0 +1,153 @@
+# SPDX-License-Identifier: MIT
+"""Prints docs/auxctl.md: every command, called well and wrongly, with what it really prints."""
+
+import os
+import pathlib
+import re
+import subprocess
+
+INTRODUCTION = """# auxctl, command by command
+
+Every line that begins with `$` was typed where no data directory was there yet, what follows is what
+came back, on standard output and standard error. An exit status that is not 0 stands in brackets.
+`scripts/auxctl-document` makes this page.
+"""
+
+COMMANDS = (
+    ("Help", (
+        "auxctl",
+        "auxctl -V",
+        "auxctl config",
+        "auxctl help config set",
+        "auxctl conifg show",
+        "auxctl container verify -h.bin",
+        "auxctl complete --current /network/da -- config set",
+        "auxctl completion tcsh",
+        "auxctl manual | head -3",
+        "auxctl schema | json-names",
+    )),
+    ("Settings", (
+        "auxctl config path",
+        "auxctl config set network/dataport=8080 device/lang=de_DE network/wifi/psk=secret",
+        "auxctl config set network/datport=1",
+        "auxctl config set network/dataport=9000",
+        "auxctl config set device/audio=yes",
+        "auxctl config get network/dataport",
+        "auxctl config show network/dataport network/wifi/psk device/audio",
+        "auxctl config show network/wifi/psk --json",
+        "auxctl config show network/wifi/psk --reveal",
+        "auxctl config changed network",
+        "auxctl config changed screensaver",
+        "auxctl config get device/lang --app aux/termnal",
+        "auxctl config export --reveal candidate",
+        "auxctl config validate candidate",
+        "sed -i 's/8080/9000/; s/true/\"yes\"/' candidate",
+        "auxctl config validate candidate",
+        "auxctl config apply candidate",
+        "auxctl config export --reveal --force candidate",
+        "auxctl config unset network/dataport",
+        "auxctl config diff candidate",
+        "auxctl config apply candidate --dry-run",
+        "auxctl container pack candidate candidate.bin --type CFGF",
+        "auxctl config apply candidate.bin",
+        "auxctl config reset network --yes",
+        "auxctl config reset",
+        "auxctl config schema | head -3",
+    )),
+    ("Containers", (
+        "auxctl container pack card.ddd card.bin",
+        "auxctl container pack card.ddd card.bin",
+        "auxctl container pack card.ddd other.bin --type foo",
+        "auxctl container info card.bin",
+        "cp card.bin damaged.bin && printf x | dd of=damaged.bin bs=1 seek=60 conv=notrunc status=none",
+        "auxctl container verify card.bin damaged.bin card.ddd",
+        "auxctl container verify card.bin --json",
+        "auxctl container unpack card.bin",
+        "auxctl container unpack card.bin --name copy.ddd",
+        "auxctl container unpack card.bin - | cmp - card.ddd",
+    )),
+    ("Files", (
+        "auxctl files list new",
+        "auxctl files init",
+        "auxctl files name new",
+        "cp card.bin /data/zel/rk4/new && cp damaged.bin /data/zel/rk4/archive/card.bin",
+        "auxctl files list new",
+        "auxctl files list arhive",
+        "auxctl files count new",
+        "auxctl files free new 1M",
+        "auxctl files free new 9000000G",
+        "auxctl files checksum card.ddd copy.ddd",
+        "auxctl files checksum card.ddd copy.ddd | auxctl files verify --list -",
+        "auxctl files verify card.ddd 00",
+        "auxctl files verify missing.ddd 00",
+        "auxctl files move new archive card.bin",
+        "auxctl files move new archive card.bin --checksum 00 --name other.bin",
+        "auxctl files move new archive card.bin --name other.bin",
+        "auxctl container verify archive",
+        "auxctl files reset",
+        "auxctl files reset --yes",
+    )),
+    ("Keys and messages", (
+        "auxctl key protect key.gpg --passphrase-file secret > protected",
+        "auxctl key reveal protected revealed --passphrase-file secret",
+        "auxctl key reveal protected revealed --passphrase-file secret",
+        "auxctl pgp encrypt card.bin card.gpg",
+        "auxctl pgp import card.ddd",
+        "auxctl pgp decrypt card.ddd plain --passphrase-file secret",
+        "auxctl pgp remove",
+    )),
+    ("System", (
+        "auxctl link lo",
+        "auxctl link nope0",
+        "auxctl wifi status",
+        "auxctl wifi scan",
+        "auxctl wifi stop",
+        "auxctl wifi kill",
+        "auxctl clock set tomorrow --yes",
+        "auxctl remount-ro '/x; reboot' --yes",
+        "auxctl info --json | json-names",
+        "auxctl report --json | json-names",
+        "auxctl country 13",
+        "auxctl crc32 card.ddd",
+    )),
+)
+
+# Prints the names at the top of a document, for what is long or differs between machines.
+KEYS = """#!/usr/bin/python3
+import json, sys
+document = json.load(sys.stdin)
+for name in document:
+    inner = document[name]
+    print(name + ":", ", ".join(inner) if isinstance(inner, dict) else "...")
+"""
+
+
+def run(line, work, environment):
+    ended = subprocess.run(["bash", "-c", line], cwd=work, env=environment, stdin=subprocess.DEVNULL,
+                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
+    told = re.sub(r"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}", "0d9f8e4c-6b1a-4c57-9d3e-2f60a1b7c8d5", ended.stdout)
+    told = re.sub(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ", "2026-01-31T12:00:00Z", told)
+    told = told if not told or told.endswith("\n") else told + "\n"
+    return f"$ {line}\n{told}" + (f"[{ended.returncode}]\n" if ended.returncode else "")
+
+
+def main():
+    work = pathlib.Path("/tmp/work")
+    tools = pathlib.Path("/tmp/tools")
+    work.mkdir()
+    tools.mkdir()
+    (tools / "json-names").write_text(KEYS)
+    (tools / "json-names").chmod(0o755)
+    (work / "card.ddd").write_bytes(bytes(range(256)) * 100)
+    (work / "key.gpg").write_bytes(b"\x95\x03" + b"key" * 20)
+    (work / "secret").write_text("secret\n")
+    environment = {**os.environ, "PATH": f"{tools}:{os.path.dirname(os.environ['AUXCTL'])}:{os.environ['PATH']}",
+                   "LC_ALL": "C.UTF-8"}
+    print(INTRODUCTION, end="")
+    for title, lines in COMMANDS:
+        told = "".join(run(line, work, environment) for line in lines)
+        print(f"\n## {title}\n\n```console\n{told}```")
+
+
+if __name__ == "__main__":
+    main()

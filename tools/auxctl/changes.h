@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#ifndef AUXCTL_CHANGES_H
+#define AUXCTL_CHANGES_H
+
+#include "config/candidate.h"
+#include "config/settingschanges.h"
+#include "settings.h"
+
+namespace auxctl
+{
+
+/// Writes all changes at once, or fails with nothing written.
+void commit(const aux::SettingsChanges &changes, const aux::Configuration &configuration);
+
+/// What a candidate says; fails where there is none, or it is no JSON object.
+aux::Candidate candidateOf(const QString &path);
+
+/// What the candidate would change, a record each.
+Result differences(const aux::Candidate &candidate, const aux::Configuration &configuration);
+constexpr const char *differencesShape = "[{key: text, secret?: bool, old?: scalar, new?: scalar}]";
+
+} // namespace auxctl
+
+#endif

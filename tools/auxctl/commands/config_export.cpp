@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "config/jsonformat.h"
+#include "fs/newfile.h"
+#include "settings.h"
+#include "streams.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
+
+namespace auxctl
+{
+
+namespace
+{
+
+constexpr Switch revealOption{"reveal", "Write secrets too"};
+
+QJsonObject complete(const aux::Configuration &configuration, bool reveal)
+{
+    QSettings::SettingsMap values;
+    for (const Setting &setting : aux::settingsCatalogue()) {
+        if (!setting.isSecret || reveal)
+            values[setting.keyPath().mid(1)] = configuration.getValue(setting.code);
+    }
+    return aux::json::nest(values);
+}
+
+Result exportSettings(const Call &call)
+{
+    aux::Configuration configuration;
+    open(configuration, call);
+    const bool reveal = call.has(revealOption);
+    const QJsonObject settings = complete(configuration, reveal);
+    const QByteArray text = QJsonDocument(settings).toJson();
+    QStringList warnings;
+    if (!reveal)
+        warnings += "secrets are left out, without them it cannot be applied; --reveal writes them";
+    if (call.arguments().isEmpty())
+        return {QJsonObject{{"configuration", settings}}, QString::fromUtf8(text).trimmed(),
+                ExitStatus::Done, warnings};
+    Output output(call, call.argument(0));
+    aux::NewFile file(output.temporaryPath()); // nobody else's to read
+    if (!file.open() || !file.write(text) || !file.commit())
+        fail(QStringLiteral("cannot write %1: %2").arg(output.path(), file.cause()));
+    Result result = record({{"path", output.path()}});
+    result.warnings = warnings;
+    return output.commit(result);
+}
+
+const Registration row{{"config export",
+                        "[FILE]",
+                        "exported",
+                        "{path?: text, configuration?: object}",
+                        "Write all settings as a file that config apply takes",
+                        {&applicationOption, &revealOption, &forceOption},
+                        exportSettings}};
+
+} // namespace
+
+} // namespace auxctl

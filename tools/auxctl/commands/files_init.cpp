@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "command.h"
+#include "fs/datadirectories.h"
+
+#include <QDir>
+#include <QJsonArray>
+
+namespace auxctl
+{
+
+namespace
+{
+
+Result makeDirectories(const Call &)
+{
+    QStringList paths;
+    for (const aux::DataDirectory &directory : aux::dataDirectories().mid(1)) { // not the invalid
+        if (!QDir().mkpath(directory.path))
+            fail(QStringLiteral("cannot make %1").arg(directory.path));
+        paths += directory.path;
+    }
+    return {QJsonArray::fromStringList(paths), paths.join('\n')};
+}
+
+const Registration row{{"files init",
+                        "",
+                        "directories",
+                        "[text]",
+                        "Make the data directories, those that are missing",
+                        {},
+                        makeDirectories}};
+
+} // namespace
+
+} // namespace auxctl

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "command.h"
+#include "shape.h"
+
+#include <QJsonDocument>
+
+namespace auxctl
+{
+
+namespace
+{
+
+Result printSchema(const Call &)
+{
+    const QJsonObject schema = schemaOfDocuments();
+    return {schema, QString::fromUtf8(QJsonDocument(schema).toJson()).trimmed()};
+}
+
+const Registration row{{"schema",
+                        "",
+                        "schema",
+                        "object",
+                        "Print the JSON Schema of what --json prints",
+                        {},
+                        printSchema}};
+
+} // namespace
+
+} // namespace auxctl
