@@ -20,9 +20,13 @@ using Answers = FakeSupplicant::Answers;
 namespace
 {
 
-/// The library's seconds in one of ours.
+/// The library's seconds in one of ours, and since when, in milliseconds: its clock never jumps.
 std::atomic<int> pace = 1;
-std::atomic<bool> numberingIsSlow = false;
+std::atomic<qint64> paceSince = 0;
+
+std::atomic<bool> numberingIsWatched = false;
+std::atomic<int> numbering = 0;
+std::atomic<bool> numberedAtOnce = false;
 
 /// The system's own function, where a 32-bit machine has two of them the one for this size of time.
 template <typename Function>
@@ -39,8 +43,9 @@ extern "C" int clock_gettime(clockid_t clock_id, timespec *tp) noexcept
     static const auto real =
         original<decltype(clock_gettime)>("clock_gettime", "__clock_gettime64");
     const int result = real(clock_id, tp);
-    if (pace > 1) {
-        const qint64 ms = (tp->tv_sec * 1000LL + tp->tv_nsec / 1000000) * pace;
+    if (pace > 1 && clock_id == CLOCK_MONOTONIC) {
+        const qint64 now = tp->tv_sec * 1000LL + tp->tv_nsec / 1000000;
+        const qint64 ms = paceSince + (now - paceSince) * pace;
         *tp = {static_cast<time_t>(ms / 1000), static_cast<long>(ms % 1000 * 1000000)};
     }
     return result;
@@ -52,12 +57,16 @@ extern "C" int poll(pollfd *fds, nfds_t nfds, int timeout)
     return real(fds, nfds, timeout < 0 ? timeout : timeout / pace);
 }
 
-/// What the control library calls between counting its sockets and naming the new one.
+/// What the control library calls when it numbers a socket.
 extern "C" pid_t getpid() noexcept
 {
     static const auto real = original<decltype(getpid)>("getpid", "getpid");
-    if (numberingIsSlow)
+    if (numberingIsWatched) {
+        if (++numbering > 1)
+            numberedAtOnce = true;
         ::usleep(20000);
+        --numbering;
+    }
     return real();
 }
 
@@ -216,6 +225,9 @@ private Q_SLOTS:
         const FakeSupplicant daemon({{"SCAN", {event, pause, event, pause, event, pause, "OK\n"}},
                                      {"SCAN_RESULTS", {header + line("a", "-70"), "OK\n"}}});
         const auto [error, ctrl] = SystemHelper::wpaSupplicantConnect();
+        timespec now{};
+        ::clock_gettime(CLOCK_MONOTONIC, &now);
+        paceSince = now.tv_sec * 1000LL + now.tv_nsec / 1000000;
         pace = 10;
         const MessageLog log;
         QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), QStringList());
@@ -237,12 +249,13 @@ private Q_SLOTS:
             failures += error.hasError() ? 1 : 0;
             SystemHelper::wpaSupplicantDisconnect(ctrl);
         };
-        numberingIsSlow = true;
+        numberingIsWatched = true;
         std::thread other(connect);
         connect();
         other.join();
-        numberingIsSlow = false;
+        numberingIsWatched = false;
         QCOMPARE(failures, 0);
+        QVERIFY(!numberedAtOnce);
     }
 
     void status_data()

@@ -22,7 +22,7 @@ public:
     using Answers = QMap<QByteArray, QByteArrayList>;
     /// In place of a datagram: only what stands after it is still sent.
     static constexpr const char *death = "death";
-    /// In place of a datagram: half a second passes, the first time that the command comes.
+    /// In place of a datagram: half a second passes; less where the command came before.
     static constexpr const char *pause = "pause";
 
     explicit FakeSupplicant(const Answers &answers)
@@ -66,12 +66,12 @@ private:
                0) {
             m_commands += QByteArray(command.data(), static_cast<int>(length));
             const QByteArrayList answers = m_answers.value(m_commands.last());
-            m_answers[m_commands.last()].removeAll(pause);
+            const bool isFirst = m_commands.count(m_commands.last()) == 1;
             for (const QByteArray &answer : answers) {
                 if (answer == death)
                     ::shutdown(m_socket, SHUT_RD);
                 else if (answer == pause)
-                    ::usleep(500000);
+                    ::usleep(isFirst ? 500000 : 20000);
                 else
                     ::sendto(m_socket, answer.constData(), answer.size(), 0, address, size);
             }
