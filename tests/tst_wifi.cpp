@@ -247,7 +247,7 @@ private Q_SLOTS:
         const auto connect = [&failures] {
             const auto [error, ctrl] = SystemHelper::wpaSupplicantConnect();
             failures += error.hasError() ? 1 : 0;
-            SystemHelper::wpaSupplicantDisconnect(ctrl);
+            static_cast<void>(SystemHelper::wpaSupplicantDisconnect(ctrl));
         };
         numberingIsWatched = true;
         std::thread other(connect);

@@ -36,7 +36,7 @@ extern "C" int poll(pollfd *files, nfds_t count, int timeout)
 extern "C" int clock_gettime(clockid_t clock, timespec *time) noexcept
 {
     const auto result = static_cast<int>(::syscall(SYS_clock_gettime, clock, time));
-    if (clock == CLOCK_MONOTONIC)
+    if (clock == CLOCK_MONOTONIC && ::gettid() == ::getpid()) // QTest's own watch goes right
         time->tv_sec += waiting.skipped / 1000;
     return result;
 }
