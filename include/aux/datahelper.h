@@ -31,11 +31,11 @@ namespace aux
 ///
 /// *Guarantees*: no state; any thread may call; blocks while the files are read and written, in
 /// pieces of 64 KiB whatever their size. Only regular files and links to them are taken: a FIFO or
-/// device is refused and never waited for. After success the written file is complete, though not flushed to the storage (FsHelper's
-/// fileMove does that). A container that could not be completed is removed. Unpacking never reads
-/// outside the container and, with the stored name, never writes outside the output directory
-/// (unless a link there leads out of it), whatever the container holds. An error that the system
-/// has caused says so in its extra data: "PATH: EXPLANATION".
+/// device is refused and never waited for. After success the written file is complete, though not
+/// flushed to the storage (FsHelper's fileMove does that). A container that could not be completed
+/// is removed. Unpacking never reads outside the container and, with the stored name, never writes
+/// outside the output directory (unless a link there leads out of it), whatever the container
+/// holds. An error that the system has caused says so in its extra data: "PATH: EXPLANATION".
 ///
 /// The digest shows that a container arrived as it was packed. It does not show who packed it:
 /// whoever changes the payload can put the right digest beside it.

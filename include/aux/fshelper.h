@@ -43,8 +43,8 @@ inline uint qHash(DirLocation location, uint seed = 0) noexcept
 ///         return aux::FsHelper::fileMove(aux::DirLocation::New, aux::DirLocation::Archive, path,
 ///                                        checksum, true, {});
 ///
-/// *Guarantees*: no state; any thread may call. Nothing here waits for anything but the storage, and
-/// a move for the moves of other processes and threads, which take turns. After a successful
+/// *Guarantees*: no state; any thread may call. Nothing here waits for anything but the storage,
+/// and a move for the moves of other processes and threads, which take turns. After a successful
 /// fileMove the file is in the destination and flushed to the storage; after a failed one it is
 /// still where it was, and the move can be repeated; after an interrupted one it is in one of the
 /// two places. That the destination has a file of that name decides that the source is a duplicate;
@@ -143,9 +143,10 @@ public:
     /// Of `fileName` and `newFileName` only the last path component counts; an empty `newFileName`
     /// keeps the name. With `checkChecksum` the file must have the given checksum. The destination
     /// needs room for the file and 64 MiB more. The move is a rename, never a copy, so it cannot
-    /// leave the file system. A link to a regular file is moved itself. Where the destination already holds a file of that name, the source
-    /// is a duplicate and is removed; the destination is never replaced, not even a corrupt one
-    /// whose source is intact. A file moved onto itself is checked and kept.
+    /// leave the file system. A link to a regular file is moved itself. Where the destination
+    /// already holds a file of that name, the source is a duplicate and is removed; the destination
+    /// is never replaced, not even a corrupt one whose source is intact. A file moved onto itself
+    /// is checked and kept.
     ///
     /// Each failure leaves the source where it was and the destination untouched:
     /// - 10001 "FileHandler: source directory does not exist"
