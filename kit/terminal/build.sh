@@ -41,11 +41,13 @@ copy_sources() { # CHECKOUT
     [ -z "$changed" ] || rm -f "$builder/built"
 }
 
+# What the caller's environment says about building holds for the caller's machine.
 in_builder() {
     # shellcheck disable=SC2016
     unshare --mount --pid --fork --kill-child sh -ec '
         mount -t proc proc "$0/proc"
-        exec chroot "$0" "$@"' "$builder" env HOME=/root LC_ALL=C.UTF-8 "$@"
+        exec chroot "$0" "$@"' "$builder" \
+        env --ignore-environment PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 "$@"
 }
 
 inside() { # ARCH
