@@ -35,7 +35,8 @@ struct SortedName {
 bool isText(const char *name)
 {
     const QByteArray bytes = QByteArray::fromRawData(name, static_cast<int>(qstrlen(name)));
-    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte > 0; }) ||
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char byte) { return static_cast<uchar>(byte) < 0x80; }) ||
            QFile::encodeName(QFile::decodeName(bytes)) == bytes;
 }
 
