@@ -81,6 +81,13 @@ int reportSettings(aux::Configuration &configuration)
     return number;
 }
 
+/// The file that writers of the settings take turns at stays for good.
+bool belongsToSettings(const QFileInfo &file, const QFileInfo &settings)
+{
+    const QString turn = QStringLiteral(".%1.turn").arg(settings.fileName());
+    return file == settings || file == QFileInfo(settings.path() + '/' + turn);
+}
+
 void reportFiles(const QString &settings)
 {
     const QString archive = FsHelper::dirLocationToFullPath(DirLocation::Archive);
@@ -91,7 +98,7 @@ void reportFiles(const QString &settings)
         if (file.path() == archive)
             say(isWhole(file.filePath()) ? "archive" : "broken",
                 qPrintable(file.completeBaseName()));
-        else if (file.filePath() != settings)
+        else if (!belongsToSettings(file, QFileInfo(settings)))
             say("left", qPrintable(file.filePath()));
     }
 }
