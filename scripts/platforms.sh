@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Tries the README's two commands on a bare root of each Debian release: platforms.sh [RELEASE...]
+# Tries the README's two commands on a bare root of each Debian release: platforms.sh [--keep] [RELEASE...]
 #
 # First as an ordinary user with sudo, then as root, from a clone whose path has a blank and an é,
 # in another language and with a TMPDIR of its own. Prints a table; fails where one of them fails.
-# Exits with 77 and the reason where the machine cannot do that.
+# Exits with 77 and the reason where the machine cannot do that. With --keep it keeps the roots, and
+# tries the last commit on those that it kept before.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 readonly user=developer
@@ -14,7 +15,8 @@ skip() {
 }
 
 main() {
-    local release
+    local release keep=
+    [ "${1:-}" != --keep ] || { keep=1 && shift; }
     [ "$(id -u)" -eq 0 ] || skip "a fresh root is made by root only"
     unshare --mount true 2>/dev/null || skip "this machine refuses private mounts"
     [ $# -gt 0 ] || set -- bookworm trixie
@@ -23,10 +25,11 @@ main() {
     mkdir -p "$directory"
     : >"$directory/table"
     for release in "$@"; do
-        make_root "$release"
+        [ -n "$keep" ] && [ -e "$directory/$release/libaux.bundle" ] || make_root "$release"
+        git bundle create --quiet "$directory/$release/libaux.bundle" HEAD
         try "$release" "$user"
         try "$release" root
-        rm -rf --one-file-system "${directory:?}/$release"
+        [ -n "$keep" ] || rm -rf --one-file-system "${directory:?}/$release"
     done
     column --table --separator $'\t' --table-columns SYSTEM,USER,BUILD,DEMO,TESTS,SKIPPED "$directory/table"
     ! grep -q FAILED "$directory/table"
@@ -36,12 +39,11 @@ make_root() { # RELEASE
     echo "Making a root of $1" >&2
     rm -rf --one-file-system "${directory:?}/$1"
     # shellcheck disable=SC2016
-    scripts/debian-root --release "$1" "$directory/$1" --variant=apt --format=directory \
+    scripts/debian-root --release "$1" "$directory/$1" --variant=minbase --format=directory \
         --include=git,locales,sudo \
         --customize-hook='echo "de_DE.UTF-8 UTF-8" >"$1/etc/locale.gen"; chroot "$1" locale-gen >/dev/null' \
         --customize-hook="chroot \"\$1\" useradd --create-home $user" \
         --customize-hook="echo '$user ALL=(ALL) NOPASSWD: ALL' >\"\$1/etc/sudoers.d/$user\""
-    git bundle create --quiet "$directory/$1/libaux.bundle" HEAD
 }
 
 # Adds a row to the table.
@@ -76,6 +78,7 @@ enter() { # ROOT USER SCRIPT
         exec runuser --login "$user" --command "sh -s \"$script\"" <<"END"
 checkout="/tmp/$(id -un) é/libaux"
 [ -e "$checkout" ] || git clone --quiet /libaux.bundle "$checkout"
+git -C "$checkout" pull --quiet /libaux.bundle HEAD
 export LANG=de_DE.UTF-8 TMPDIR=/var/tmp
 exec "$checkout/scripts/$1"
 END' sh "$@"
