@@ -39,7 +39,7 @@ make_root() { # RELEASE
     echo "Making a root of $1" >&2
     rm -rf --one-file-system "${directory:?}/$1"
     # shellcheck disable=SC2016
-    scripts/debian-root --release "$1" "$directory/$1" --variant=minbase --format=directory \
+    scripts/debian-root --release "$1" "$directory/$1" --variant=minbase --format=directory --dpkgopt=force-unsafe-io \
         --include=git,locales,sudo \
         --customize-hook='echo "de_DE.UTF-8 UTF-8" >"$1/etc/locale.gen"; chroot "$1" locale-gen >/dev/null' \
         --customize-hook="chroot \"\$1\" useradd --create-home $user" \
@@ -78,7 +78,8 @@ enter() { # ROOT USER SCRIPT
         exec runuser --login "$user" --command "sh -s \"$script\"" <<"END"
 checkout="/tmp/$(id -un) é/libaux"
 [ -e "$checkout" ] || git clone --quiet /libaux.bundle "$checkout"
-git -C "$checkout" pull --quiet /libaux.bundle HEAD
+git -C "$checkout" fetch --quiet /libaux.bundle HEAD
+git -C "$checkout" checkout --quiet FETCH_HEAD
 export LANG=de_DE.UTF-8 TMPDIR=/var/tmp
 exec "$checkout/scripts/$1"
 END' sh "$@"
