@@ -25,7 +25,9 @@ main() {
     mkdir -p "$directory"
     : >"$directory/table"
     for release in "$@"; do
-        [ -n "$keep" ] && [ -e "$directory/$release/libaux.bundle" ] || make_root "$release"
+        if [ -z "$keep" ] || [ ! -e "$directory/$release/libaux.bundle" ]; then
+            make_root "$release"
+        fi
         git bundle create --quiet "$directory/$release/libaux.bundle" HEAD
         try "$release" "$user"
         try "$release" root
@@ -39,8 +41,8 @@ make_root() { # RELEASE
     echo "Making a root of $1" >&2
     rm -rf --one-file-system "${directory:?}/$1"
     # shellcheck disable=SC2016
-    scripts/debian-root --release "$1" "$directory/$1" --variant=minbase --format=directory --dpkgopt=force-unsafe-io \
-        --include=git,locales,sudo \
+    scripts/debian-root --release "$1" "$directory/$1" --variant=minbase --format=directory \
+        --dpkgopt=force-unsafe-io --include=git,locales,sudo \
         --customize-hook='echo "de_DE.UTF-8 UTF-8" >"$1/etc/locale.gen"; chroot "$1" locale-gen >/dev/null' \
         --customize-hook="chroot \"\$1\" useradd --create-home $user" \
         --customize-hook="echo '$user ALL=(ALL) NOPASSWD: ALL' >\"\$1/etc/sudoers.d/$user\""
@@ -75,7 +77,7 @@ enter() { # ROOT USER SCRIPT
         pivot_root . old
         cd /
         umount --lazy /old
-        exec runuser --login "$user" --command "sh -s \"$script\"" <<"END"
+        runuser --login "$user" --command "sh -s \"$script\"" <<"END" || exit
 checkout="/tmp/$(id -un) é/libaux"
 [ -e "$checkout" ] || git clone --quiet /libaux.bundle "$checkout"
 git -C "$checkout" fetch --quiet /libaux.bundle HEAD
