@@ -9,7 +9,7 @@ main() {
     checkout=$(cd "$(dirname "$0")/.." && pwd)
     file=$(realpath -m "${1:-$checkout/build/dev/src/libaux.so.1}")
     "$checkout/scripts/bootstrap"
-    (cd "$checkout" && cmake --preset dev && cmake --build --preset dev --target auxctl) >&2
+    (cd "$checkout" && cmake --preset dev && cmake --build --preset dev --target auxctl aux) >&2
     # Wherever the file is, the private world shows this copy.
     stage=$(mktemp -d "$checkout/build/demo.XXXXXX")
     trap 'rm -rf "$stage"' EXIT
