@@ -1,26 +1,20 @@
 // SPDX-License-Identifier: MIT
 // Works on /data, and marks on its disk what it begins and what libaux has confirmed:
 // workload MARKS OFFSET OPERATION
-//
-// A mark is a block at that offset of the file MARKS: "began" or "confirmed" and the name of a
-// fact, then the fact's new value; what was begun has those that may be seen on the way. The facts
-// are what facts.cpp finds.
 #include <aux/datahelper.h>
 #include <aux/fshelper.h>
 
+#include "crashes/marks.h"
 #include "crashes/numbered.h"
 #include "support/othermachine.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
-#include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
 
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -31,28 +25,6 @@ using Operation = std::function<void()>;
 
 namespace
 {
-
-int marks = -1; // several processes write there
-off_t offset = 0;
-
-void mark(const QStringList &words)
-{
-    const QByteArray text = words.join('\t').toUtf8();
-    std::array<char, 4096> block{};
-    std::copy(text.begin(), text.end(), block.begin());
-    if (::pwrite(marks, block.data(), block.size(), offset) != static_cast<ssize_t>(block.size()))
-        qFatal("cannot mark the disk");
-}
-
-void began(const QString &fact, const QStringList &onTheWay = {})
-{
-    mark(QStringList{"began", fact} + onTheWay);
-}
-
-void confirmed(const QString &fact, const QString &value)
-{
-    mark({"confirmed", fact, value});
-}
 
 void require(const aux::Error &error)
 {
@@ -311,8 +283,7 @@ int main(int argc, char *argv[])
         qFatal("usage: workload MARKS OFFSET %s", qPrintable(operations.keys().join('|')));
     QCoreApplication::setOrganizationName(QStringLiteral("aux"));
     QCoreApplication::setApplicationName(QStringLiteral("terminal"));
-    marks = ::open(argv[1], O_WRONLY | O_CLOEXEC);
-    offset = QString(argv[2]).toLongLong();
+    markAt(argv[1], QString(argv[2]).toLongLong());
     for (const DirLocation location : {DirLocation::New, DirLocation::Archive})
         QDir().mkpath(FsHelper::dirLocationToFullPath(location));
     ::sync();
