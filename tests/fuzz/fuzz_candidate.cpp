@@ -3,21 +3,10 @@
 // accepted; one that is not accepted has a fault, and each is said in one entry.
 #include <aux/configuration.h>
 
+#include "require.h"
+
 #include <QFile>
 #include <QTemporaryFile>
-
-#include <cstdlib>
-
-namespace
-{
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {

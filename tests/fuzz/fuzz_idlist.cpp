@@ -3,18 +3,7 @@
 // more changes nothing but prefixes; failure leaves the list alone.
 #include <aux/datahelper.h>
 
-#include <cstdlib>
-
-namespace
-{
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-} // namespace
+#include "require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {

@@ -1,23 +1,17 @@
 // SPDX-License-Identifier: MIT
 // Reads whatever the Wi-Fi daemon may answer as a scan table and as a signal poll. The networks
 // have a name that is not blank and stands once, grades in range, and the best of them come first.
+#include "require.h"
 #include "system/scantable.h"
 
 #include <QSet>
 
 #include <algorithm>
-#include <cstdlib>
 
 using aux::SystemHelper;
 
 namespace
 {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 /// Debug lines are made, but go nowhere.
 void drop(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString & /*message*/)

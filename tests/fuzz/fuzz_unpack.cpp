@@ -3,12 +3,12 @@
 // one file was written, inside the output directory, with the digest that the container states.
 #include <aux/datahelper.h>
 
+#include "require.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-
-#include <cstdlib>
 
 using aux::DataHelper;
 
@@ -17,12 +17,6 @@ namespace
 
 constexpr int digestOffset = 8;
 constexpr int digestSize = 32;
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 void requireDigest(const QString &path, const QByteArray &container)
 {
