@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Works like a terminal until somebody pulls the plug. Says what it finds, then each step that
 // libaux has confirmed; the steps are numbered and go on where the last ones ended.
-#include <aux/configuration.h>
 #include <aux/datahelper.h>
 #include <aux/fshelper.h>
 
+#include "crashes/numbered.h"
 #include "support/files.h"
 
 #include <QCoreApplication>
@@ -24,8 +24,6 @@ using aux::FsHelper;
 namespace
 {
 
-constexpr auto numbered = aux::SettingsCode::DeviceInfotext;
-
 template <typename Fact>
 void say(const char *what, const Fact &fact)
 {
@@ -38,19 +36,6 @@ void require(const aux::Error &error)
         return;
     say("failed", error);
     std::exit(EXIT_FAILURE);
-}
-
-/// Several blocks long, so that a half of it would show.
-QString settingOf(int number)
-{
-    return QStringLiteral("%1 ").arg(number).repeated(3000);
-}
-
-/// 0 for the default, -1 for what never was a setting.
-int numberOf(const QString &setting)
-{
-    const int number = setting.section(' ', 0, 0).toInt();
-    return setting.isEmpty() || setting == settingOf(number) ? number : -1;
 }
 
 bool isJson(const QString &file)
