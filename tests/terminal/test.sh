@@ -15,4 +15,4 @@ grep '^SKIP ' "$log"
 awk '/^Totals: / { passed += $2; failed += $4; skipped += $6 }
     END { printf "cases of the programs: %d passed, %d failed, %d skipped\n", passed, failed, skipped
     }' "$log"
-/usr/bin/python3 "$here/figures.py" "$build/tests/terminal/consumer"
+/usr/bin/python3 "$here/../../bench/figures.py" "$build/tests/terminal/consumer"
