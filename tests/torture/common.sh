@@ -1,6 +1,5 @@
 # shellcheck shell=bash
-# What the torture scripts share. Each is called with the settings program and calls itself again
-# inside the sandbox, where /data is its own.
+# What the torture scripts share, each of which is called with the settings program.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 readonly here settings=$1
@@ -12,12 +11,13 @@ skip() {
     exit 77
 }
 
-need_strace() {
+# Starts the calling script once more, in a world with a /data of its own, to run "inside" there.
+start() { # [--FUNCTION [ARGUMENT...]]
+    if [ $# -gt 0 ]; then
+        "${1#--}" "${@:2}"
+        return
+    fi
     strace -o /dev/null true 2>/dev/null || skip "this machine refuses strace"
-}
-
-# Starts the calling script once more, in a world with a /data of its own.
-run_inside() {
     exec "$here/../../kit/sandbox" "$0" "$settings" --inside
 }
 

@@ -52,10 +52,4 @@ each() { # OPERATION EDIT
     done
 }
 
-case ${2:-} in
---inside) inside ;;
-*)
-    need_strace
-    run_inside
-    ;;
-esac
+start "${@:2}"

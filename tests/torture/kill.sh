@@ -47,11 +47,4 @@ inside() {
     return "$status"
 }
 
-case ${2:-} in
---point) point "${@:3}" ;;
---inside) inside ;;
-*)
-    need_strace
-    run_inside
-    ;;
-esac
+start "${@:2}"
