@@ -3,8 +3,8 @@
 #include <aux/crc32.h>
 #include <aux/datahelper.h>
 
-#include "support/datarows.h"
 #include "support/observe.h"
+#include "support/rows.h"
 
 #include <vector>
 
@@ -42,13 +42,12 @@ private Q_SLOTS:
     /// Around every length at which the work is divided differently, whole and in two parts.
     void crcEqualsItsDefinitionAndContinues_data()
     {
-        QTest::addColumn<int>("length");
         for (const int length : {1, 7, 8, 9, 511, 512, 1281, 65537, 600001})
-            QTest::addRow("%d bytes", length) << length;
+            row(qPrintable(QString::number(length)), length);
     }
     void crcEqualsItsDefinitionAndContinues()
     {
-        QFETCH(int, length);
+        const auto length = cell<int>();
         std::vector<unsigned char> data;
         for (int i = 0; i < length; ++i)
             data.push_back(static_cast<unsigned char>(i * i * 31 + (i >> 8)));
@@ -86,8 +85,7 @@ private Q_SLOTS:
     void usbIds_data() { addRows("usbids.txt"); }
     void usbIds()
     {
-        QFETCH(QString, input);
-        QFETCH(QString, output);
+        const auto [input, output] = cells<QString, QString>();
         QStringList list{"before"};
         const QString error = text(aux::DataHelper::vIdpIdListFromString(input, list));
         const bool fails = output == "error";

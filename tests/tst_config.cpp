@@ -2,8 +2,8 @@
 #include <aux/configuration.h>
 
 #include "config/catalogue.h"
-#include "support/datarows.h"
 #include "support/observe.h"
+#include "support/rows.h"
 #include "support/settings.h"
 
 #include <climits>
@@ -93,8 +93,7 @@ private Q_SLOTS:
     void typeCheck_data() { addRows("typecheck.txt"); }
     void typeCheck()
     {
-        QFETCH(QString, input);
-        QFETCH(QString, output);
+        const auto [input, output] = cells<QString, QString>();
         const auto code = static_cast<SettingsCode>(input.section(' ', 0, 0).toInt());
         const MessageLog log;
         m_configuration->setValue(code, valueOf(input.section(' ', 1)));
@@ -140,8 +139,7 @@ private Q_SLOTS:
     void changes_data() { addRows("changes.txt"); }
     void changes()
     {
-        QFETCH(QString, input);
-        QFETCH(QString, output);
+        const auto [input, output] = cells<QString, QString>();
         const auto code = static_cast<SettingsCode>(input.section(' ', 0, 0).toInt());
         const auto area = static_cast<SettingsArea>(output.section(' ', 0, 0).toInt());
         const QVariant before = m_configuration->getValue(code);

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Configuration files on their way in and out.
+// Configuration files on their way in and out, and their format.
 #include <aux/configuration.h>
 
 #include "config/catalogue.h"
 #include "config/jsonformat.h"
-#include "support/datarows.h"
 #include "support/observe.h"
 #include "support/rows.h"
 #include "support/settings.h"
+
+#include <QBuffer>
 
 #include <cstdlib>
 #include <optional>
@@ -18,6 +19,7 @@
 using aux::Configuration;
 using aux::SettingsArea;
 using aux::SettingsCode;
+using aux::json::maximumDepth;
 
 namespace
 {
@@ -53,7 +55,52 @@ QString messages(const aux::Error &error)
     return messages.join("; ");
 }
 
+/// "KEY TYPE VALUE; KEY TYPE VALUE"
+QString describe(const QSettings::SettingsMap &settings)
+{
+    QStringList lines;
+    for (auto it = settings.begin(); it != settings.end(); ++it)
+        lines += QStringLiteral("%1 %2 %3").arg(it.key(), it->typeName(), it->toString()).trimmed();
+    return lines.join("; ");
+}
+
+QSettings::SettingsMap settingsOf(const QString &description)
+{
+    QSettings::SettingsMap settings;
+    for (const QString &line : description.split("; ", Qt::SkipEmptyParts))
+        settings[line.section(' ', 0, 0)] = valueOf(line.section(' ', 1));
+    return settings;
+}
+
+QSettings::SettingsMap readText(QByteArray text)
+{
+    QBuffer buffer(&text);
+    buffer.open(QIODevice::ReadOnly);
+    QSettings::SettingsMap settings;
+    return aux::json::readSettings(buffer, settings) ? settings : QSettings::SettingsMap();
+}
+
+QByteArray writeText(const QSettings::SettingsMap &settings)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    return aux::json::writeSettings(buffer, settings) ? buffer.data() : QByteArray();
+}
+
+QString deepKey(int segments)
+{
+    return QString("a/").repeated(segments - 1) + 'a';
+}
+
+int syncCalls = 0;
+
 } // namespace
+
+/// In place of the C library's: counts.
+extern "C" void sync() noexcept
+{
+    ++syncCalls;
+}
 
 class TestConfigFile : public QObject
 {
@@ -71,11 +118,51 @@ private Q_SLOTS:
         QFile::remove(candidate);
     }
 
+    void reading_data() { addRows("reading.txt"); }
+    void reading()
+    {
+        const auto [input, output] = cells<QString, QString>();
+        QCOMPARE(describe(readText(input.toUtf8())), output);
+    }
+
+    void writing_data() { addRows("writing.txt"); }
+    void writing()
+    {
+        const auto [input, output] = cells<QString, QString>();
+        syncCalls = 0;
+        QCOMPARE(writeText(settingsOf(input)),
+                 QJsonDocument::fromJson(output.toUtf8()).toJson(QJsonDocument::Indented));
+        QCOMPARE(syncCalls, 1);
+    }
+
+    /// Whatever a stranger's file holds, and however much of it.
+    void large()
+    {
+        const QByteArray many(50000000, '/');
+        QCOMPARE(readText("{\"b\": 1, \"" + many + "\": 2}").value("b"), QVariant(1));
+        QCOMPARE(readText("{\"b\": \"" + many + "\"}").value("b"), QVariant(QString(many)));
+        QCOMPARE(readText(QByteArray("{\"a\": ").repeated(2000) + QByteArray(2000, '}')).size(), 0);
+        QByteArray members = "{\"b\": 1";
+        for (int number = 0; number < 100000; ++number)
+            members += ", \"" + QByteArray::number(number) + "\": 1";
+        QCOMPARE(readText(members + '}').size(), 100001);
+    }
+
+    /// What could not be read again, and would take the rest with it, is not written.
+    void depth()
+    {
+        const QString deepest = deepKey(maximumDepth);
+        const QString tooDeep = deepKey(maximumDepth + 1);
+        QCOMPARE(readText(writeText({{deepest, 1}, {"b", 2}})).keys(), QStringList({deepest, "b"}));
+        QCOMPARE(readText(writeText({{"a/b", 1}, {tooDeep, 2}, {"b", 3}})).keys(),
+                 QStringList({"a/b", "b"}));
+    }
+
     void verdict_data() { addRows("validation.txt"); }
     void verdict()
     {
-        QFETCH(QString, input);
-        QTEST(verdictOf(complete(QJsonDocument::fromJson(input.toUtf8()).object())), "output");
+        const auto [input, output] = cells<QString, QString>();
+        QCOMPARE(verdictOf(complete(QJsonDocument::fromJson(input.toUtf8()).object())), output);
     }
 
     void firstMissing()
@@ -107,7 +194,6 @@ private Q_SLOTS:
 
     void noJson_data()
     {
-        columns<QString, QString>("preparation", "reason");
         row("directory", "mkdir $f", "/data/candidate.json: not a regular file");
         row("FIFO", "mkfifo $f", "/data/candidate.json: not a regular file");
         row("endless device", "ln -s /dev/zero $f", "/data/candidate.json: not a regular file");
@@ -117,8 +203,7 @@ private Q_SLOTS:
     }
     void noJson()
     {
-        QFETCH(QString, preparation);
-        QFETCH(QString, reason);
+        const auto [preparation, reason] = cells<QString, QString>();
         write(candidate + ".full", complete() + QByteArray(maximumSize, ' '));
         const QString script = "f=" + candidate + "; rm -rf $f; " + preparation;
         QCOMPARE(std::system(script.toUtf8().constData()), 0);
@@ -134,8 +219,7 @@ private Q_SLOTS:
     void faults_data() { addRows("faults.txt"); }
     void faults()
     {
-        QFETCH(QString, input);
-        QFETCH(QString, output);
+        const auto [input, output] = cells<QString, QString>();
         write(candidate, complete(QJsonDocument::fromJson(input.toUtf8()).object()));
         QCOMPARE(messages(Configuration::findConfigFileFaults(candidate)), output);
         m_configuration->setValue(SettingsCode::DeviceLang, "as it was");

@@ -2,8 +2,7 @@
 #include <aux/error.h>
 
 #include "support/observe.h"
-
-#include <QtTest>
+#include "support/rows.h"
 
 #include <ios>
 
@@ -23,12 +22,13 @@ Error chain(const QStringList &messages, const QString &extraData = {})
     return error;
 }
 
-QStringList messages(const Error &error)
+/// "NEWEST ... OLDEST/EXTRA DATA"
+QString describe(const Error &error)
 {
-    QStringList list;
+    QStringList messages;
     for (const ErrorData &entry : error)
-        list += entry.getMsg();
-    return list;
+        messages += entry.getMsg();
+    return messages.join(' ') + '/' + error.getExtraData();
 }
 
 } // namespace
@@ -43,115 +43,77 @@ class TestError : public QObject
 private Q_SLOTS:
     void holdsWhatItIsGiven()
     {
-        QString domain = QStringLiteral("d");
-        QString message = QStringLiteral("m");
+        QString domain = "d";
+        QString message = "m";
         const Error error = ErrorData(std::move(domain), std::move(message), 4294967295U);
         QVERIFY(domain.isNull() && message.isNull());
         QVERIFY(error.hasError());
-        QCOMPARE(error.getDomain(), QStringLiteral("d"));
-        QCOMPARE(error.getMsg(), QStringLiteral("m"));
+        QCOMPARE(error.getDomain(), "d");
+        QCOMPARE(error.getMsg(), "m");
         QCOMPARE(error.getId(), 4294967295U);
         QVERIFY(error.getExtraData().isNull());
     }
 
-    void extraDataAloneIsNoFailure()
+    void copiesAndMoves()
     {
-        Error error;
-        QVERIFY(error.getExtraData().isNull());
-        error.setExtraData(QStringLiteral("x"));
-        QVERIFY(!error.hasError());
-    }
-
-    void copyingLeavesTheOtherAlone()
-    {
-        const Error source = chain({"A", "B"}, QStringLiteral("s"));
-        const Error copy(source);
-        Error assigned = chain({"old"}, QStringLiteral("t"));
+        Error source = chain({"A", "B"}, "s");
+        Error assigned = chain({"old"}, "t");
         assigned = source;
-        for (const Error &error : {source, copy, assigned}) {
-            QCOMPARE(messages(error), QStringList({"B", "A"}));
-            QCOMPARE(error.getExtraData(), QStringLiteral("s"));
-        }
+        for (const Error &error : {source, Error(source), assigned})
+            QCOMPARE(describe(error), "B A/s");
+        const Error moved(std::move(source));
+        QCOMPARE(describe(moved) + describe(source), "B A/s/");
+        Error target = chain({"old"}, "t");
+        target = std::move(assigned);
+        QCOMPARE(describe(target) + describe(assigned), "B A/s/t");
+        QVERIFY(!assigned.hasError()); // extra data alone is no failure
     }
 
-    void movingEmptiesTheOther()
+    void appending()
     {
-        Error source = chain({"A", "B"}, QStringLiteral("s"));
-        Error moved(std::move(source));
-        QCOMPARE(messages(moved), QStringList({"B", "A"}));
-        QCOMPARE(moved.getExtraData(), QStringLiteral("s"));
-        QVERIFY(!source.hasError() && source.getExtraData().isNull());
-
-        Error target = chain({"old"}, QStringLiteral("t"));
-        target = std::move(moved);
-        QCOMPARE(messages(target), QStringList({"B", "A"}));
-        QCOMPARE(target.getExtraData(), QStringLiteral("s"));
-        QVERIFY(!moved.hasError());
-        QCOMPARE(moved.getExtraData(), QStringLiteral("t"));
-    }
-
-    void appendingByMoveExchangesTheExtraData()
-    {
-        Error a = chain({"A"}, QStringLiteral("a"));
-        Error b = chain({"B", "C"}, QStringLiteral("b"));
+        Error a = chain({"A"}, "a");
+        Error b = chain({"B", "C"}, "b");
         QCOMPARE(&(a << std::move(b)), &a);
-        QCOMPARE(messages(a), QStringList({"C", "B", "A"}));
-        QCOMPARE(a.getMsg(), QStringLiteral("C"));
-        QCOMPARE(a.getExtraData(), QStringLiteral("b"));
-        QVERIFY(!b.hasError());
-        QCOMPARE(b.getExtraData(), QStringLiteral("a"));
-    }
-
-    void appendingByCopyReplacesTheExtraData()
-    {
-        Error a = chain({"A"}, QStringLiteral("a"));
-        const Error b = chain({"B", "C"});
-        QCOMPARE(&(a << b), &a);
-        QCOMPARE(messages(a), QStringList({"C", "B", "A"}));
+        QCOMPARE(describe(a) + describe(b), "C B A/b/a");
+        QCOMPARE(a.getMsg(), "C");
+        const Error d = chain({"D"});
+        QCOMPARE(&(a << d), &a);
+        QCOMPARE(describe(a) + describe(d), "D C B A/D/");
         QVERIFY(a.getExtraData().isNull());
-        QCOMPARE(messages(b), QStringList({"C", "B"}));
     }
 
     void selfReferenceKeepsTheEntries()
     {
-        Error error = chain({"A", "B"}, QStringLiteral("x"));
+        Error error = chain({"A", "B"}, "x");
         Error &same = error;
         error = same;
         error = std::move(same);
         error << std::move(same);
-        QCOMPARE(messages(error), QStringList({"B", "A"}));
+        QCOMPARE(describe(error), "B A/x");
         error << same;
-        QCOMPARE(messages(error), QStringList({"B", "A", "B", "A"}));
-        QCOMPARE(error.getExtraData(), QStringLiteral("x"));
+        QCOMPARE(describe(error), "B A B A/x");
     }
 
     void printsOneLinePerEntry_data()
     {
-        QTest::addColumn<Error>("error");
-        QTest::addColumn<std::string>("stream");
-        QTest::addColumn<QString>("debug");
-        QTest::newRow("success") << Error() << std::string() << QString();
-        QTest::newRow("one entry, not ASCII") << chain({QStringLiteral("Größe")})
-                                              << std::string("libaux Gr\xC3\xB6\xC3\x9F"
-                                                             "e 10001")
-                                              << QStringLiteral("\"libaux\" \"Größe\" 10001 \n ");
-        QTest::newRow("three entries")
-            << chain({"A", "B", "C"})
-            << std::string("libaux C 10003\n  libaux B 10002\n    libaux A 10001")
-            << QStringLiteral("\"libaux\" \"C\" 10003 \n    \"libaux\" \"B\" 10002 \n"
-                              "       \"libaux\" \"A\" 10001 \n ");
+        row("success", Error(), std::string(), QString());
+        row("not ASCII", chain({"Größe"}), std::string("libaux Größe 10001"),
+            "\"libaux\" \"Größe\" 10001 \n ");
+        row("three entries", chain({"A", "B", "C"}),
+            std::string("libaux C 10003\n  libaux B 10002\n    libaux A 10001"),
+            "\"libaux\" \"C\" 10003 \n    \"libaux\" \"B\" 10002 \n"
+            "       \"libaux\" \"A\" 10001 \n ");
     }
     void printsOneLinePerEntry()
     {
-        QFETCH(Error, error);
-        QFETCH(std::string, stream);
+        const auto [error, stream, line] = cells<Error, std::string, QString>();
         std::ostringstream out;
         out << std::hex << std::showbase << error;
         QCOMPARE(out.str(), stream);
 
         QString debug;
         QDebug(&debug) << error;
-        QTEST(debug, "debug");
+        QCOMPARE(debug, line);
     }
 };
 

@@ -35,13 +35,12 @@ private Q_SLOTS:
     /// Refused at once and left as it is, whatever it is.
     void notARegularFile_data()
     {
-        columns<QString>("name");
         for (const char *name : {"fifo", "socket", "device", "directory"})
             row(name, QString(name));
     }
     void notARegularFile()
     {
-        QFETCH(QString, name);
+        const auto name = cell<QString>();
         const QString path = out + '/' + name;
         ::mkfifo(qPrintable(out + "/fifo"), 0600);
         sockaddr_un address{AF_UNIX, "/data/box/out/socket"};
@@ -64,15 +63,13 @@ private Q_SLOTS:
 
     void failingMedium_data()
     {
-        columns<int, QString>("error", "cause");
         row("cannot be read", EIO, ": Input/output error");
         row("becomes shorter", 0, ": shorter than its size");
     }
     void failingMedium()
     {
-        QFETCH(int, error);
-        QFETCH(QString, cause);
-        failsWith = error;
+        const auto [number, cause] = cells<int, QString>();
+        failsWith = number;
         const auto restore = qScopeGuard([] { failsAt = -1; });
         const QString large = dir + "/large"; // the largest payload
         write(large, "");

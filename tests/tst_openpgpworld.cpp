@@ -62,16 +62,15 @@ private Q_SLOTS:
 
     void squattedKeyring_data()
     {
-        columns<QString>("world");
-        row("a link to a directory", QString("mkdir -m 700 real && ln -s $PWD/real $K"));
-        row("a dangling link", QString("ln -s $PWD/nowhere $K"));
-        row("a file", QString("touch $K && chmod 600 $K"));
-        row("open to others", QString("mkdir -m 750 $K && touch $K/mine"));
-        row("another user's", QString("mkdir -m 700 $K && touch $K/mine"));
+        row("a link to a directory", "mkdir -m 700 real && ln -s $PWD/real $K");
+        row("a dangling link", "ln -s $PWD/nowhere $K");
+        row("a file", "touch $K && chmod 600 $K");
+        row("open to others", "mkdir -m 750 $K && touch $K/mine");
+        row("another user's", "mkdir -m 700 $K && touch $K/mine");
     }
     void squattedKeyring()
     {
-        QFETCH(QString, world);
+        const auto world = cell<QString>();
         qputenv("K", keyring.toUtf8());
         write("key", othermachine::exported(locked));
         write("in", "content");
@@ -95,21 +94,18 @@ private Q_SLOTS:
 
     void programsThatFail_data()
     {
-        columns<QByteArray, QString>("script", "reason");
         // The reader has had all but what a pipe holds when all are killed.
         row("killed half-way", QByteArray("{ head -c 800000; kill -9 0; } | /usr/bin/gpg \"$@\""),
-            QString("gpg was killed"));
-        row("hanging", QByteArray("sleep 1000; true"), QString("gpg did not end in time"));
+            "gpg was killed");
+        row("hanging", QByteArray("sleep 1000; true"), "gpg did not end in time");
         row("failing at the end", QByteArray("/usr/bin/gpg \"$@\"; exit 2"),
-            QString("message is damaged or was tampered with"));
-        row("succeeding, silent", QByteArray("echo content"),
-            QString("input is no encrypted message"));
-        row("missing", QByteArray(), QString("gpg cannot be started"));
+            "message is damaged or was tampered with");
+        row("succeeding, silent", QByteArray("echo content"), "input is no encrypted message");
+        row("missing", QByteArray(), "gpg cannot be started");
     }
     void programsThatFail()
     {
-        QFETCH(QByteArray, script);
-        QFETCH(QString, reason);
+        const auto [script, reason] = cells<QByteArray, QString>();
         const QByteArray path = qgetenv("PATH");
         const auto restore = qScopeGuard([&path] { qputenv("PATH", path); });
         QCOMPARE(importKey(locked), QString());
@@ -246,15 +242,13 @@ private Q_SLOTS:
     /// A small message may decrypt to any size.
     void storageFull_data()
     {
-        columns<QByteArray, bool>("size", "isEnough");
         row("with less from the start", QByteArray("size=63m"), false);
         row("with less in the end", QByteArray("size=66m"), false);
         row("hardly", QByteArray("size=68m"), true);
     }
     void storageFull()
     {
-        QFETCH(QByteArray, size);
-        QFETCH(bool, isEnough);
+        const auto [size, isEnough] = cells<QByteArray, bool>();
         QCOMPARE(importKey(locked), QString());
         clear("/data/small");
         const SmallFileSystem small("/data/small", size);

@@ -3,11 +3,11 @@
 #include <aux/configuration.h>
 
 #include "config/settingsfile.h"
+#include "support/rows.h"
 #include "support/settings.h"
 #include "support/world.h"
 
 #include <QElapsedTimer>
-#include <QtTest>
 
 #include <cerrno>
 
@@ -82,31 +82,22 @@ private Q_SLOTS:
     /// The settings beside the one that is written stay, and that one is written later.
     void notToBeReplaced_data()
     {
-        QTest::addColumn<QString>("obstacle");
-        QTest::addColumn<QString>("removal");
+        const QString aside = "mv \"$f\" \"$f.good\"; ";
         const QString away = "; rm -rf \"$f\"; mv \"$f.good\" \"$f\"";
-        const auto row = [&](const char *name, const char *obstacle) {
-            QTest::newRow(name) << QString("mv \"$f\" \"$f.good\"; ") + obstacle << "true" + away;
-        };
-        row("FIFO", "mkfifo \"$f\"");
-        row("directory", "mkdir \"$f\"");
-        row("device", "ln -s /dev/zero \"$f\"");
-        QTest::newRow("forbidden") << "chmod 0 \"$f\""
-                                   << "chmod 600 \"$f\"";
-        QTest::newRow("failing medium") << "true"
-                                        << "true";
-        QTest::newRow("too many files open") << "true"
-                                             << "true";
-        QTest::newRow("not kept aside") << "cp \"$f\" \"$f.good\"; echo { >\"$f\"; mkdir \"$f.bad\""
-                                        << "rmdir \"$f.bad\"" + away;
-        QTest::newRow("nothing there, read-only")
-            << "cp \"$f\" /tmp/good; mount -t tmpfs -o ro none \"${f%/*}\""
-            << "umount \"${f%/*}\"";
+        row("FIFO", aside + "mkfifo \"$f\"", "true" + away);
+        row("directory", aside + "mkdir \"$f\"", "true" + away);
+        row("device", aside + "ln -s /dev/zero \"$f\"", "true" + away);
+        row("forbidden", "chmod 0 \"$f\"", "chmod 600 \"$f\"");
+        row("failing medium", "true", "true");
+        row("too many files open", "true", "true");
+        row("not kept aside", "cp \"$f\" \"$f.good\"; echo { >\"$f\"; mkdir \"$f.bad\"",
+            "rmdir \"$f.bad\"" + away);
+        row("nothing there, read-only",
+            "cp \"$f\" /tmp/good; mount -t tmpfs -o ro none \"${f%/*}\"", "umount \"${f%/*}\"");
     }
     void notToBeReplaced()
     {
-        QFETCH(QString, obstacle);
-        QFETCH(QString, removal);
+        const auto [obstacle, removal] = cells<QString, QString>();
         write(m_file, R"({"device": {"pin": "hash"}, "config_changes": 7})");
         prepare(obstacle, m_file);
         const QString what = QTest::currentDataTag();
@@ -138,16 +129,15 @@ private Q_SLOTS:
 
     void damaged_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::newRow("cut off") << QByteArray(R"({"device": {"pin": "ha)");
-        QTest::newRow("array") << QByteArray("[1]");
-        QTest::newRow("zeros") << QByteArray(100, '\0');
-        QTest::newRow("empty") << QByteArray("");
-        QTest::newRow("object") << QByteArray("{}");
+        row("cut off", QByteArray("{\"device\": {\"pin\": \"ha"));
+        row("array", QByteArray("[1]"));
+        row("zeros", QByteArray(100, '\0'));
+        row("empty", QByteArray(""));
+        row("object", QByteArray("{}"));
     }
     void damaged()
     {
-        QFETCH(QByteArray, text);
+        const auto text = cell<QByteArray>();
         const bool isKept = text.size() > 2;
         write(m_file + ".bad", "older");
         write(m_file, text);
@@ -160,29 +150,26 @@ private Q_SLOTS:
 
     void locks_data()
     {
-        QTest::addColumn<QString>("obstacle");
-        QTest::addColumn<bool>("isRemovedAtStart");
         const QString dead = "true & p=$!; wait $p; printf '%s\\nx\\n\\n\\n\\n' $p >\"$l\"";
-        QTest::newRow("empty, old") << "touch -d -3seconds \"$l\"" << true;
-        QTest::newRow("empty, of the future") << "touch -d +1000seconds \"$l\"" << true;
-        QTest::newRow("empty, just made") << "touch \"$l\"" << false;
-        QTest::newRow("of the last boot") << "printf '1\\nx\\n\\n\\nother\\n' >\"$l\"" << true;
-        QTest::newRow("of a dead process") << dead << true;
-        QTest::newRow("of a dead process, taken by a reader")
-            << dead + "; flock -s \"$l\" sleep 30 & sleep 0.2" << true;
-        QTest::newRow("of a process that never took it") << "echo 1 >\"$l\"" << false;
-        QTest::newRow("dangling link") << "ln -s /nowhere \"$l\"" << true;
-        QTest::newRow("FIFO") << "mkfifo \"$l\"" << true;
-        QTest::newRow("directory") << "mkdir \"$l\"" << true;
-        QTest::newRow("full directory") << "mkdir -p \"$l/x\"" << false;
-        QTest::newRow("queue a FIFO") << "mkfifo \"$t\"" << true;
-        QTest::newRow("queue a link") << "ln -s /dev/zero \"$t\"" << true;
-        QTest::newRow("queue a full directory") << "mkdir -p \"$t/x\"" << true;
+        row("empty, old", "touch -d -3seconds \"$l\"", true);
+        row("empty, of the future", "touch -d +1000seconds \"$l\"", true);
+        row("empty, just made", "touch \"$l\"", false);
+        row("of the last boot", "printf '1\\nx\\n\\n\\nother\\n' >\"$l\"", true);
+        row("of a dead process", dead, true);
+        row("of a dead process, taken by a reader", dead + "; flock -s \"$l\" sleep 30 & sleep 0.2",
+            true);
+        row("of a process that never took it", "echo 1 >\"$l\"", false);
+        row("dangling link", "ln -s /nowhere \"$l\"", true);
+        row("FIFO", "mkfifo \"$l\"", true);
+        row("directory", "mkdir \"$l\"", true);
+        row("full directory", "mkdir -p \"$l/x\"", false);
+        row("queue a FIFO", "mkfifo \"$t\"", true);
+        row("queue a link", "ln -s /dev/zero \"$t\"", true);
+        row("queue a full directory", "mkdir -p \"$t/x\"", true);
     }
     void locks()
     {
-        QFETCH(QString, obstacle);
-        QFETCH(bool, isRemovedAtStart);
+        const auto [obstacle, isRemovedAtStart] = cells<QString, bool>();
         const QString make =
             "l=\"$f.lock\"; t=\"${f%/*}/.${f##*/}.turn\"; rm -rf \"$l\" \"$t\"; " + obstacle;
         prepare(make, m_file);
@@ -215,6 +202,8 @@ private Q_SLOTS:
     /// A plain QSettings sees a change by size and time only, whatever the file system keeps of it.
     void plainReaders()
     {
+        write(m_file, "{}");
+        prepare("touch -d @4000000000 \"$f\"", m_file);
         for (int round = 1000; round < 1020; ++round) {
             m_configuration->setValue(SettingsCode::DeviceLang, QString::number(round));
             QCOMPARE(QSettings().value("device/lang").toInt(), round);

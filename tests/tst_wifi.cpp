@@ -3,16 +3,12 @@
 
 #include "support/fakesupplicant.h"
 #include "support/observe.h"
+#include "support/pace.h"
 #include "support/rows.h"
 #include "support/world.h"
 #include "system/scantable.h"
 
-#include <atomic>
 #include <climits>
-#include <ctime>
-
-#include <dlfcn.h>
-#include <poll.h>
 
 using aux::SystemHelper;
 using Answers = FakeSupplicant::Answers;
@@ -20,42 +16,11 @@ using Answers = FakeSupplicant::Answers;
 namespace
 {
 
-/// The library's seconds in one of ours, and since when, in milliseconds: its clock never jumps.
-std::atomic<int> pace = 1;
-std::atomic<qint64> paceSince = 0;
-
 std::atomic<bool> numberingIsWatched = false;
 std::atomic<int> numbering = 0;
 std::atomic<bool> numberedAtOnce = false;
 
-/// The system's own function, where a 32-bit machine has two of them the one for this size of time.
-template <typename Function>
-Function *original(const char *name, const char *for64Bits)
-{
-    const bool isOther = sizeof(time_t) > sizeof(long);
-    return reinterpret_cast<Function *>(::dlsym(RTLD_NEXT, isOther ? for64Bits : name));
-}
-
 } // namespace
-
-extern "C" int clock_gettime(clockid_t clock_id, timespec *tp) noexcept
-{
-    static const auto real =
-        original<decltype(clock_gettime)>("clock_gettime", "__clock_gettime64");
-    const int result = real(clock_id, tp);
-    if (pace > 1 && clock_id == CLOCK_MONOTONIC) {
-        const qint64 now = tp->tv_sec * 1000LL + tp->tv_nsec / 1000000;
-        const qint64 ms = paceSince + (now - paceSince) * pace;
-        *tp = {static_cast<time_t>(ms / 1000), static_cast<long>(ms % 1000 * 1000000)};
-    }
-    return result;
-}
-
-extern "C" int poll(pollfd *fds, nfds_t nfds, int timeout)
-{
-    static const auto real = original<decltype(poll)>("poll", "poll");
-    return real(fds, nfds, timeout < 0 ? timeout : timeout / pace);
-}
 
 /// What the control library calls when it numbers a socket.
 extern "C" pid_t getpid() noexcept
@@ -80,31 +45,33 @@ QByteArray line(const QByteArray &essid, const QByteArray &level, const QByteArr
     return "00:11:22:33:44:55\t2412\t" + level + '\t' + flags + '\t' + essid + '\n';
 }
 
-QStringList graded(std::initializer_list<int> levels)
+QString graded(int level)
 {
-    QStringList messages;
-    for (const int level : levels)
-        messages += QStringLiteral("wpaInfoLevelToQuality : level:  %1").arg(level);
-    return messages;
+    return QStringLiteral("wpaInfoLevelToQuality : level:  %1").arg(level);
+}
+
+/// What was logged but for the grades.
+QString complaints()
+{
+    const QRegularExpression others("^(?!wpaInfoLevelToQuality)");
+    return MessageLog::take().filter(others).join('\n');
 }
 
 /// The message that this line is left out.
-QStringList skipped(const char *reason, QByteArray line)
+QString skipped(const char *reason, QByteArray line)
 {
     line.chop(1);
-    return {QStringLiteral("wpaInfoFromScanResultString : %1, skipping:  \"%2\"")
-                .arg(reason, QString::fromLatin1(line.replace('\t', "\\t")))};
+    return QStringLiteral("wpaInfoFromScanResultString : %1, skipping:  \"%2\"")
+        .arg(reason, QString::fromLatin1(line.replace('\t', "\\t")));
 }
 
-QStringList shown(const QVector<SystemHelper::WifiInfo> &networks)
+/// "NAME,QUALITY,SECURITY NAME,..."
+QString shown(const QVector<SystemHelper::WifiInfo> &networks)
 {
     QStringList list;
     for (const auto &network : networks)
-        list += QStringLiteral("%1,%2,%3")
-                    .arg(network.essid)
-                    .arg(network.quality)
-                    .arg(network.security);
-    return list;
+        list += QString("%1,%2,%3").arg(network.essid).arg(network.quality).arg(network.security);
+    return list.join(' ');
 }
 
 /// The control library's sockets of this process.
@@ -132,87 +99,76 @@ private Q_SLOTS:
             {-51, 2},     {-50, 3},  {-1, 3},   {0, 4},   {1, 4},   {INT_MAX, 4}};
         for (const auto &[level, quality] : grades) {
             QCOMPARE(aux::wpaInfoLevelToQuality(level), quality);
-            QCOMPARE(log.take(), graded({level}));
+            QCOMPARE(log.take(), QStringList(graded(level)));
         }
     }
 
     void table_data()
     {
-        columns<QByteArray, QStringList, QStringList>("lines", "networks", "messages");
-        const QStringList none;
-        row("nothing but the header", QByteArray("\n\n"), none, none);
+        row("nothing but the header", QByteArray("\n\n"), "", "");
         row("best first, each name once",
             line("a", "-70") + line("b", "-55") + line("a", "-45", "") + line("A", "-90") + "\n",
-            QStringList{"a,3,0", "b,2,1", "A,0,1"}, graded({-70, -55, -45, -90}));
+            "a,3,0 b,2,1 A,0,1", "");
         row("security, and the weakest",
             line("a", "-120", "[WPA2-PSK-CCMP][ESS]") + line("b", "-120", "[wpa2-psk]") +
                 line("c", "-120", ""),
-            QStringList{"a,0,2", "b,0,1", "c,0,0"}, graded({-120, -120, -120}));
+            "a,0,2 b,0,1 c,0,0", "");
         row("blanks, escapes and bytes in a name",
             line(" x ", "-60") + line(R"(\x00\\)", "-60") + line("\xe4", "-60"),
-            QStringList{" x ,2,1", R"(\x00\\,2,1)", QString::fromLatin1("\xe4,2,1")},
-            graded({-60, -60, -60}));
-        const auto left = [&none](const char *reason, const QByteArray &line,
-                                  const QStringList &before = {}) {
-            row(line.constData(), line, none, before + skipped(reason, line));
+            QString::fromLatin1(" x ,2,1 \\x00\\\\,2,1 \xe4,2,1"), "");
+        const auto left = [](const char *reason, const QByteArray &line) {
+            row(line.constData(), line, "", skipped(reason, line));
         };
         left("line parse error", "bssid\t2412\t-50\t[ESS]\n");
         left("line parse error", line("x\t", "-50"));
-        left("empty ESSID", line("", "0"), graded({0}));
-        left("ESSID contains all-whitespace", line(" ", "0"), graded({0}));
-        for (const auto &[text, level] :
-             {std::pair("-121", -121), {"0", 0}, {"-5x", 0}, {"-9e9", 0}})
-            left("ESSID has implausible signal level", line("x", text), graded({level}));
+        left("empty ESSID", line("", "0"));
+        left("ESSID contains all-whitespace", line(" ", "0"));
+        for (const char *level : {"-121", "0", "-5x", "-9e9"})
+            left("ESSID has implausible signal level", line("x", level));
     }
     void table()
     {
-        QFETCH(QByteArray, lines);
+        const auto [lines, networks, messages] = cells<QByteArray, QString, QString>();
         const MessageLog log;
-        QTEST(shown(aux::networksFromScanTable(QString::fromLatin1(header + lines))), "networks");
-        QTEST(log.take(), "messages");
+        QCOMPARE(shown(aux::networksFromScanTable(QString::fromLatin1(header + lines))), networks);
+        QCOMPARE(complaints(), messages);
     }
 
     void scan_data()
     {
-        columns<Answers, QStringList, QStringList>("answers", "networks", "messages");
         const QByteArray event = "<3>CTRL-EVENT-SCAN-RESULTS ";
         const QByteArray a = header + line("a", "-70");
-        const QStringList found("a,1,1");
-        const QStringList none;
-        const auto says = [](const char *text) {
-            return QStringList(QString("wpaNetworkScan : ") + text);
-        };
+        const QString operation = "wpaNetworkScan : ";
         const auto results = [](const QByteArray &answer) {
             return Answers{{"SCAN_RESULTS", {answer}}};
         };
         row("a scan that fails does not matter",
-            Answers{{"SCAN", {"FAIL-BUSY\n"}}, {"SCAN_RESULTS", {a}}}, found, graded({-70}));
+            Answers{{"SCAN", {"FAIL-BUSY\n"}}, {"SCAN_RESULTS", {a}}}, "a,1,1", "");
         row("events between the answers",
-            Answers{{"SCAN", {event, "OK\n"}}, {"SCAN_RESULTS", {event, event, a}}}, found,
-            graded({-70}));
-        row("up to the first zero byte", results(a + '\0' + a), found, graded({-70}));
-        row("zero byte first", results(QByteArray("\0a", 2)), none, says("empty scan result"));
-        row("no byte at all", results(""), none, says("empty scan result"));
-        row("no table", results("UNKNOWN COMMAND\n"), none, none);
-        row("no end", results(QByteArray(10000, 'x')), none, none);
+            Answers{{"SCAN", {event, "OK\n"}}, {"SCAN_RESULTS", {event, event, a}}}, "a,1,1", "");
+        row("up to the first zero byte", results(a + '\0' + a), "a,1,1", "");
+        row("zero byte first", results(QByteArray("\0a", 2)), "", operation + "empty scan result");
+        row("no byte at all", results(""), "", operation + "empty scan result");
+        row("no table", results("UNKNOWN COMMAND\n"), "", "");
+        row("no end", results(QByteArray(10000, 'x')), "", "");
         const QByteArray rest(4094 - a.size(), 'y');
-        const QStringList cut = graded({-70}) + skipped("line parse error", rest + "y\n");
-        row("4095 bytes", results(a + rest + 'y'), found, cut);
-        row("4096 bytes", results(a + rest + "yz"), found, cut);
-        row("gone after the scan", Answers{{"SCAN", {FakeSupplicant::death, "OK\n"}}}, none,
-            says("collecting scan results failed"));
-        row("gone before it", Answers{{"ATTACH", {FakeSupplicant::death, "OK\n"}}}, none,
-            says("scan request failed"));
+        const QString cut = skipped("line parse error", rest + "y\n");
+        row("4095 bytes", results(a + rest + 'y'), "a,1,1", cut);
+        row("4096 bytes", results(a + rest + "yz"), "a,1,1", cut);
+        row("gone after the scan", Answers{{"SCAN", {FakeSupplicant::death, "OK\n"}}}, "",
+            operation + "collecting scan results failed");
+        row("gone before it", Answers{{"ATTACH", {FakeSupplicant::death, "OK\n"}}}, "",
+            operation + "scan request failed");
     }
     void scan()
     {
-        QFETCH(Answers, answers);
+        const auto [answers, networks, messages] = cells<Answers, QString, QString>();
         const FakeSupplicant daemon(answers);
         const auto [error, ctrl] = SystemHelper::wpaSupplicantConnect();
         QCOMPARE(text(error), QString());
         const MessageLog log;
-        QTEST(shown(SystemHelper::wpaNetworkScan(ctrl)), "networks");
-        QTEST(log.take(), "messages");
+        QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), networks);
+        QCOMPARE(complaints(), messages);
         QCOMPARE(text(SystemHelper::wpaSupplicantDisconnect(ctrl)), QString());
         QCOMPARE(clientSockets(), 0);
     }
@@ -230,10 +186,10 @@ private Q_SLOTS:
         paceSince = now.tv_sec * 1000LL + now.tv_nsec / 1000000;
         pace = 10;
         const MessageLog log;
-        QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), QStringList());
+        QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), "");
         QCOMPARE(log.take(), QStringList("wpaNetworkScan : scan request failed"));
         for (int i = 0; i < 2; ++i) {
-            QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), QStringList("a,1,1"));
+            QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), "a,1,1");
             QTest::qSleep(100); // what the daemon says unasked arrives
         }
         pace = 1;
@@ -260,23 +216,18 @@ private Q_SLOTS:
 
     void status_data()
     {
-        columns<QByteArray, int, QStringList>("answer", "quality", "messages");
-        row("no link", QByteArray(), 0, QStringList());
-        row("level", QByteArray("RSSI=-55\nLINKSPEED=54\n"), 2, graded({-55}));
-        row("implausible", QByteArray("RSSI=0\n"), 4, graded({0}));
-        row("no number", QByteArray("RSSI=x\n"), 4, graded({0}));
+        row("no link", QByteArray(), 0, "");
+        row("level", QByteArray("RSSI=-55\nLINKSPEED=54\n"), 2, "");
+        row("implausible", QByteArray("RSSI=0\n"), 4, "");
         row("the first one that has a value",
-            QByteArray("X\nRSSI\nRSSI=\nrssi=-1\nAVG_RSSI=-2\n\nRSSI=-90=1\nRSSI=-50"), 0,
-            graded({-90}));
-        row("none", QByteArray("LINKSPEED=54\n"), 0, QStringList());
-        row("empty", QByteArray(""), 0, QStringList());
+            QByteArray("X\nRSSI\nRSSI=\nrssi=-1\nAVG_RSSI=-2\n\nRSSI=-90=1\nRSSI=-50"), 0, "");
+        row("empty", QByteArray(""), 0, "");
         row("gone", QByteArray(FakeSupplicant::death), 0,
-            QStringList("wpaNetworkStatus : scan request failed"));
+            "\nwpaNetworkStatus : scan request failed");
     }
     void status()
     {
-        QFETCH(QByteArray, answer);
-        QFETCH(QStringList, messages);
+        const auto [answer, quality, message] = cells<QByteArray, int, QString>();
         const bool link = !answer.isNull();
         run(link ? "ip link set wlan0 up" : "ip link set wlan0 down");
         QTRY_COMPARE(SystemHelper::ifaceIsConnected("wlan0"), link);
@@ -286,11 +237,9 @@ private Q_SLOTS:
         const auto [error, ctrl] = SystemHelper::wpaSupplicantConnect();
         QCOMPARE(text(error), QString());
         const MessageLog log;
-        QTEST(SystemHelper::wpaNetworkStatus(ctrl).first, "quality");
-        messages.prepend(link ? "ifaceIsConnected \"wlan0\" : carrier and up"
-                              : "ifaceIsConnected \"wlan0\" : no carrier");
-        QCOMPARE(log.take(), messages);
-        QCOMPARE(SystemHelper::wpaNetworkStatus(ctrl).second, link);
+        QCOMPARE(SystemHelper::wpaNetworkStatus(ctrl), std::make_pair(quality, link));
+        QCOMPARE(complaints(), QString("ifaceIsConnected \"wlan0\" : ") +
+                                   (link ? "carrier and up" : "no carrier") + message);
         QCOMPARE(text(SystemHelper::wpaSupplicantDisconnect(ctrl)), QString());
         if (!link)
             QCOMPARE(daemon.stop(), QByteArrayList({"ATTACH", "DETACH"}));

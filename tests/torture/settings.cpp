@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Does one operation on the settings: settings ORGANISATION get|set|commit|rollback|apply [VALUE]
+// Does one operation on the settings: settings ORGANISATION set|commit|rollback|apply VALUE
 //
 // The value is that of one setting, in the case of "apply" in a complete file. Says "begin" on
 // stderr between the preparation and the operation, and ends at once after it.
@@ -7,19 +7,18 @@
 
 #include <QCoreApplication>
 
-#include <cstdio>
 #include <cstdlib>
 
 #include <unistd.h>
 
 int main(int argc, char *argv[])
 {
-    if (argc < 3)
-        qFatal("usage: settings ORGANISATION get|set|commit|rollback|apply [VALUE]");
+    if (argc != 4)
+        qFatal("usage: settings ORGANISATION set|commit|rollback|apply VALUE");
     QCoreApplication::setOrganizationName(argv[1]);
     QCoreApplication::setApplicationName("terminal");
     const QByteArray operation = argv[2];
-    const QVariant value = QString(argv[argc - 1]);
+    const QVariant value = QString(argv[3]);
 
     aux::Configuration configuration;
     configuration.init();
@@ -35,9 +34,7 @@ int main(int argc, char *argv[])
     }
     if (::write(STDERR_FILENO, "begin\n", 6) != 6)
         return EXIT_FAILURE;
-    if (operation == "get")
-        std::puts(qPrintable(configuration.getValue(aux::SettingsCode::DeviceLang).toString()));
-    else if (operation == "set")
+    if (operation == "set")
         configuration.setValue(aux::SettingsCode::DeviceLang, value);
     else if (operation == "commit")
         configuration.commit();
@@ -45,6 +42,5 @@ int main(int argc, char *argv[])
         static_cast<void>(configuration.applyConfigFile(candidate));
     else
         configuration.rollback(aux::SettingsArea::All);
-    std::fflush(stdout);
     ::_exit(EXIT_SUCCESS);
 }
