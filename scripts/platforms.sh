@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Tries the README's two commands on a bare root of each Debian release: platforms.sh [--keep] [RELEASE...]
+# Tries the README's two commands on a bare root of each Debian release, of 12 where none is named:
+# platforms.sh [--keep] [RELEASE...]
 #
 # First as an ordinary user with sudo, then as root, from a clone whose path has a blank and an é,
 # in another language and with a TMPDIR of its own. Prints a table; fails where one of them fails.
@@ -19,7 +20,7 @@ main() {
     [ "${1:-}" != --keep ] || { keep=1 && shift; }
     [ "$(id -u)" -eq 0 ] || skip "a fresh root is made by root only"
     unshare --mount true 2>/dev/null || skip "this machine refuses private mounts"
-    [ $# -gt 0 ] || set -- bookworm trixie
+    [ $# -gt 0 ] || set -- bookworm
     scripts/bootstrap git mmdebstrap
     directory=$PWD/build/platforms
     mkdir -p "$directory"
