@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <utility>
 
 namespace aux
 {
@@ -74,7 +75,7 @@ QVector<Fault> findFaults(const Candidate &candidate)
     for (const Setting &setting : settingsCatalogue()) {
         Error error = checkSetting(setting, candidate);
         if (!error.hasError() && isTogether(setting)) // said once, at the first of them
-            error = std::move(together);
+            error = std::exchange(together, Error());
         if (error.hasError())
             faults.append({&setting, std::move(error)});
     }

@@ -77,7 +77,7 @@ Reason whyNotDecrypted(const gpg::Run &run)
 }
 
 /// Why it failed: where there was no room, what gpg says is not to be trusted.
-Reason whyFailed(FilePair &files, const HelperProgram &gpg, Reason reason)
+Reason whyFailed(FilePair &files, const HelperProgram &gpg, const Reason &reason)
 {
     Reason noRoom = files.whyNoRoom(gpg);
     if (!noRoom.isNone())
