@@ -110,7 +110,7 @@ bool isTogether(const Setting &setting)
 Error checkTogether(const std::function<QVariant(const Setting &)> &valueOf)
 {
     const auto &catalogue = settingsCatalogue();
-    const auto member = std::find_if(catalogue.begin(), catalogue.end(), isTogether);
+    const Setting *const member = std::find_if(catalogue.begin(), catalogue.end(), isTogether);
     const bool isOneOn =
         std::any_of(catalogue.begin(), catalogue.end(), [&](const Setting &setting) {
             return isTogether(setting) && valueOf(setting).toBool();
