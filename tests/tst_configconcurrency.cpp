@@ -148,8 +148,10 @@ private Q_SLOTS:
         const auto write = [&](SettingsCode code) {
             configuration.setValue(code, numbered(++written));
         };
-        while (child == 0)
-            write(codes[0]);
+        if (child == 0) {
+            for (;;) // until it is killed
+                write(codes[0]);
+        }
         while (written < rounds)
             write(codes[1]);
         ::kill(child, SIGKILL);

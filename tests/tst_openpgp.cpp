@@ -22,6 +22,43 @@ QByteArray smallMessage()
     return othermachine::encrypted("content", unlocked);
 }
 
+struct RefusedMessage {
+    const char *name;
+    QByteArray message;
+    QString passPhrase;
+    QString reason;
+};
+
+QVector<RefusedMessage> refusedMessages()
+{
+    const auto gpg = [](const QStringList &arguments) {
+        return othermachine::gpg(arguments, "content");
+    };
+    const QByteArray mine = smallMessage();
+    const QByteArray literal = gpg({"--store"});
+    const QByteArray sealed =
+        gpg({"--recipient", unlocked.name, "--local-user", signing.name, "--sign", "--encrypt"});
+    QByteArray altered = sealed;
+    altered[altered.size() - 10] = static_cast<char>(altered[altered.size() - 10] ^ 1);
+    const QString noSecret = "no secret key for this message";
+    const QString damaged = "message is damaged or was tampered with";
+    const QString broken = "pass phrase contains a line break or NUL";
+    const QStringList toPassPhrase{"--passphrase", "p", "--symmetric"};
+    const QStringList andLocked{"--recipient", locked.name, "--encrypt"};
+    return {{"to another key", othermachine::encrypted("content", locked), {}, noSecret},
+            {"to a pass phrase", gpg(toPassPhrase), "p", noSecret},
+            {"to both", gpg(toPassPhrase + andLocked), "p", noSecret},
+            {"not encrypted", literal, {}, "input is no encrypted message"},
+            {"empty", {}, {}, "input is no encrypted message"},
+            {"two in one", mine + mine, {}, damaged},
+            {"with plain text behind", mine + literal, {}, damaged},
+            {"signed", sealed, {}, "signature of the message cannot be verified"},
+            {"signed, and altered", altered, {}, damaged},
+            {"line feed in the pass phrase", mine, "a\nb", broken},
+            {"carriage return", mine, "a\r", broken},
+            {"NUL", mine, "a" + QString(QChar::Null), broken}};
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(KeyPair)
@@ -98,40 +135,9 @@ private Q_SLOTS:
 
     void messagesThatAreRefused()
     {
-        struct Row {
-            const char *name;
-            QByteArray message;
-            QString passPhrase;
-            QString reason;
-        };
-        const auto gpg = [](const QStringList &arguments) {
-            return othermachine::gpg(arguments, "content");
-        };
-        const QByteArray mine = smallMessage();
-        const QByteArray literal = gpg({"--store"});
-        const QByteArray sealed = gpg(
-            {"--recipient", unlocked.name, "--local-user", signing.name, "--sign", "--encrypt"});
-        QByteArray altered = sealed;
-        altered[altered.size() - 10] = static_cast<char>(altered[altered.size() - 10] ^ 1);
-        const QString noSecret = "no secret key for this message";
-        const QString damaged = "message is damaged or was tampered with";
-        const QString broken = "pass phrase contains a line break or NUL";
-        const QStringList toPassPhrase{"--passphrase", "p", "--symmetric"};
-        const QStringList andLocked{"--recipient", locked.name, "--encrypt"};
+        const QVector<RefusedMessage> rows = refusedMessages();
         QCOMPARE(importKey(unlocked), QString());
-        for (const Row &row : std::initializer_list<Row>{
-                 {"to another key", othermachine::encrypted("content", locked), {}, noSecret},
-                 {"to a pass phrase", gpg(toPassPhrase), "p", noSecret},
-                 {"to both", gpg(toPassPhrase + andLocked), "p", noSecret},
-                 {"not encrypted", literal, {}, "input is no encrypted message"},
-                 {"empty", {}, {}, "input is no encrypted message"},
-                 {"two in one", mine + mine, {}, damaged},
-                 {"with plain text behind", mine + literal, {}, damaged},
-                 {"signed", sealed, {}, "signature of the message cannot be verified"},
-                 {"signed, and altered", altered, {}, damaged},
-                 {"line feed in the pass phrase", mine, "a\nb", broken},
-                 {"carriage return", mine, "a\r", broken},
-                 {"NUL", mine, "a" + QString(QChar::Null), broken}}) {
+        for (const RefusedMessage &row : rows) {
             write("in", row.message);
             const QString result = decrypt(row.passPhrase);
             QVERIFY2(result == failure("decryptFileGPG", row.reason),

@@ -195,7 +195,7 @@ QVariant CurrentSettings::value(const QString &key, const QVariant &fallback) co
 
 Reason changeSettings(const Change &change, WhenNotWritten whenNotWritten)
 {
-    const Reason reason = changeInTurn(settingsFileName(), change, whenNotWritten);
+    Reason reason = changeInTurn(settingsFileName(), change, whenNotWritten);
     if (reason.isNone())
         ::sync(); // after the turn: others need not wait for it
     return reason;

@@ -21,7 +21,7 @@ namespace
 {
 
 /// More than QJsonDocument takes.
-constexpr qint64 maximumSize = 128 * 1024 * 1024;
+constexpr qint64 maximumSize = 128LL * 1024 * 1024;
 
 Reason keepAside(const QString &path, const QByteArray &text)
 {
@@ -52,7 +52,7 @@ Reason readWhole(const QString &path, QByteArray &text)
 Reason readToReplace(const QString &path, QSettings::SettingsMap &settings)
 {
     QByteArray text;
-    const Reason reason = readWhole(path, text);
+    Reason reason = readWhole(path, text);
     if (!reason.isNone())
         return reason;
     const QJsonDocument document = QJsonDocument::fromJson(text);
@@ -65,7 +65,7 @@ Reason replaceSettings(const QString &path, const QSettings::SettingsMap &settin
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return reason::cannotCreate.because(path, file.errorString());
-    const Reason reason = writeReplacement(file, json::toText(settings));
+    Reason reason = writeReplacement(file, json::toText(settings));
     if (!reason.isNone())
         return reason;
     if (!file.commit())

@@ -45,8 +45,8 @@ const TypeRow *rowOf(Type type)
 
 Type typeOfTag(const QByteArray &tag)
 {
-    const auto found = std::find_if(typeRows.begin(), typeRows.end(),
-                                    [&](const TypeRow &row) { return tag == row.tag; });
+    const auto *const found = std::find_if(typeRows.begin(), typeRows.end(),
+                                           [&](const TypeRow &row) { return tag == row.tag; });
     return static_cast<Type>(found - typeRows.begin()); // Unknown is one past the last
 }
 

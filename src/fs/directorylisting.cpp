@@ -85,7 +85,7 @@ std::pair<Error, QStringList> FsHelper::createDirList(DirLocation location)
         files.push_back({name.toLower(), name}); // one text in memory where both are equal
     });
     if (error.hasError())
-        return {std::move(error), {}};
+        return {std::move(error), QStringList()};
     std::sort(files.begin(), files.end());
     QStringList names;
     names.reserve(static_cast<int>(files.size()));

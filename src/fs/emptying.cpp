@@ -49,7 +49,7 @@ std::string Emptying::removeUpToDirectory()
         hasRemoved = false;
         m_current.rewind();
         while (const dirent *entry = m_current.next()) {
-            const std::string name = entry->d_name;
+            std::string name = entry->d_name;
             if (m_levels.back().kept.count(name) > 0)
                 continue;
             if (isDirectory(m_current.descriptor(), *entry))

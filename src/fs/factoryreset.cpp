@@ -56,7 +56,7 @@ QString removeLocation(const QString &path)
 {
     const bool isLink = QFileInfo(path).isSymLink();
     if (!isLink || (QDir(path).exists() && !holdsMore(path))) {
-        const QString cause = empty(path);
+        QString cause = empty(path);
         if (!cause.isNull())
             return cause;
     }

@@ -18,8 +18,8 @@ namespace aux
 namespace
 {
 
-constexpr mode_t newFileMode = 0666;    // less the umask
-constexpr qint64 pieceSize = 64 * 1024; // how much of a file is in memory at a time
+constexpr mode_t newFileMode = 0666;      // less the umask
+constexpr qint64 pieceSize = 64LL * 1024; // how much of a file is in memory at a time
 
 /// Calls again what a signal has interrupted.
 template <typename Call>

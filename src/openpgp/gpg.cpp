@@ -21,7 +21,7 @@ constexpr const char *statusDescriptor = "2";
 constexpr int longestPassPhrase = 255;
 
 /// Of memory that it can write to, in bytes: with its program files, 256 MiB.
-constexpr rlim_t memoryLimit = 240 * 1024 * 1024;
+constexpr rlim_t memoryLimit = 240UL * 1024 * 1024;
 
 const Reason notHandedOver = QStringLiteral("pass phrase cannot be handed to gpg");
 

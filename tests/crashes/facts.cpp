@@ -18,7 +18,6 @@
 #include <unistd.h>
 
 using aux::DataHelper;
-using aux::DirLocation;
 using aux::FsHelper;
 
 namespace

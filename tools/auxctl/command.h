@@ -87,7 +87,7 @@ struct Command {
     /// Options of its own, that of the question included.
     [[nodiscard]] std::vector<const Option *> allOptions() const;
     /// A misuse where there are too few arguments, too many, or an empty one.
-    void checkArguments(const QStringList &arguments) const;
+    void checkArguments(const QStringList &given) const;
 };
 
 /// A file with a command makes one of these, which puts the command into the table.

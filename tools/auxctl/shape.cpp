@@ -25,7 +25,7 @@ QJsonObject objectSchema(const QJsonObject &properties, const QJsonArray &requir
 class ShapeReader
 {
 public:
-    explicit ShapeReader(const QString &text) : m_rest(text) {}
+    explicit ShapeReader(QString text) : m_rest(std::move(text)) {}
 
     QJsonObject read()
     {
@@ -79,7 +79,7 @@ private:
         int length = 0;
         while (length < m_rest.size() && m_rest[length].isLetterOrNumber())
             ++length;
-        const QString word = m_rest.left(length);
+        QString word = m_rest.left(length);
         m_rest.remove(0, length);
         return word;
     }
