@@ -2,6 +2,7 @@
 #include "aux/configuration.h"
 #include "config/fairmutex.h"
 #include "config/jsonformat.h"
+#include "config/rules.h"
 #include "config/settingschanges.h"
 #include "config/settingsfile.h"
 #include "config/validation.h"
@@ -16,18 +17,6 @@ namespace
 {
 
 const Reason notInitialized = QStringLiteral("not initialized");
-
-QVariant ofItsType(const QVariant &value, const Setting &setting)
-{
-    switch (setting.defaultValue.userType()) {
-    case QMetaType::Bool:
-        return value.toBool();
-    case QMetaType::UInt:
-        return value.toUInt();
-    default:
-        return value.toString();
-    }
-}
 
 /// All settings, in the shape of the settings file.
 QByteArray completeText(const CurrentSettings &current)

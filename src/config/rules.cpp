@@ -64,6 +64,18 @@ QString expectation(const Setting &setting)
     }
 }
 
+QVariant ofItsType(const QVariant &value, const Setting &setting)
+{
+    switch (setting.defaultValue.userType()) {
+    case QMetaType::Bool:
+        return value.toBool();
+    case QMetaType::UInt:
+        return value.toUInt();
+    default:
+        return value.toString();
+    }
+}
+
 bool hasType(const Setting &setting, const QJsonValue &value)
 {
     switch (setting.defaultValue.userType()) {

@@ -18,7 +18,10 @@ namespace aux
 /// What a setting may hold, in words, as in "true or false" or "a number from 0 to 2147483647".
 QString expectation(const Setting &setting);
 
-/// Tells whether a value in a file is of the setting's type, without any conversion.
+/// Returns a value converted to the setting's type, the way QVariant does it.
+QVariant ofItsType(const QVariant &value, const Setting &setting);
+
+/// Returns whether a value in a file is of the setting's type, without any conversion.
 bool hasType(const Setting &setting, const QJsonValue &value);
 
 /// The failure of a value that is not of the setting's type.
@@ -27,7 +30,7 @@ Error wrongType(const Setting &setting);
 /// Fails with 10002 where the value breaks the setting's rule by itself.
 Error checkValue(const Setting &setting, const QVariant &value);
 
-/// Tells whether the setting's rule is about it and others together.
+/// Returns whether the setting's rule is about it and others together.
 bool isTogether(const Setting &setting);
 
 /// Fails with 10002 where the values of those settings break their rule.

@@ -1,22 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "changes.h"
+#include "config/rules.h"
 
 #include <QFile>
 #include <QJsonArray>
 
 namespace auxctl
 {
-
-namespace
-{
-
-QVariant ofItsType(QVariant value, const Setting &setting)
-{
-    value.convert(static_cast<int>(setting.defaultValue.type()));
-    return value;
-}
-
-} // namespace
 
 void commit(const aux::SettingsChanges &changes, const aux::Configuration &configuration)
 {
