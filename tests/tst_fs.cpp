@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <aux/fshelper.h>
 
+#include "fs/datadirectories.h"
 #include "fs/newfile.h"
 #include "support/datadirectories.h"
 #include "support/observe.h"
@@ -67,33 +68,28 @@ class TestFs : public QObject
 private Q_SLOTS:
     void init() { clearDataDirectories(); }
 
-    void locations_data()
-    {
-        row("data", 1, "/data", 1);
-        row("config", 2, "/data/config", 2);
-        row("new", 3, "/data/zel/rk4/new", 3);
-        row("archive", 4, "/data/zel/rk4/archive", 4);
-        row("transfer", 5, "/data/zel/rk4/transfer", 5);
-        row("log", 6, "/data/zel/rk4/log", 6);
-        row("failed", 7, "/data/zel/rk4/failed", 0);
-        row("tmp", 8, QDir::tempPath(), 8);
-    }
+    /// The rows themselves are in docs/tables.md, which is compared with them.
     void locations()
     {
-        const auto [value, path, found] = cells<int, QString, int>();
-        const QString name = QTest::currentDataTag();
-        const auto location = static_cast<DirLocation>(value);
-        QCOMPARE(FsHelper::dirLocationToString(location), name);
-        QCOMPARE(FsHelper::dirLocationFromString(name), location);
-        QCOMPARE(FsHelper::dirLocationFromString(name.toUpper()), DirLocation::Invalid);
-        QCOMPARE(FsHelper::dirLocationToFullPath(location), path);
-        QCOMPARE(FsHelper::createPathName(location, QStringLiteral("a/../b")), path + "/a/../b");
-        QCOMPARE(static_cast<int>(FsHelper::dirLocationFromFullPath(path + "/file")), found);
+        const QVector<aux::DataDirectory> &rows = aux::dataDirectories();
+        for (int value = 1; value < rows.size(); ++value) {
+            const auto location = static_cast<DirLocation>(value);
+            const auto &[own, name, path, isFound, isCleared] = rows[value];
+            QCOMPARE(own, location);
+            QCOMPARE(FsHelper::dirLocationToString(location), name);
+            QCOMPARE(FsHelper::dirLocationFromString(name), location);
+            QCOMPARE(FsHelper::dirLocationFromString(name.toUpper()), DirLocation::Invalid);
+            QCOMPARE(FsHelper::dirLocationToFullPath(location), path);
+            QCOMPARE(FsHelper::createPathName(location, QStringLiteral("a/../b")),
+                     path + "/a/../b");
+            QCOMPARE(FsHelper::dirLocationFromFullPath(path + "/file"),
+                     isFound ? location : DirLocation::Invalid);
+        }
     }
 
     void invalidLocationsHaveNoPath()
     {
-        for (const int value : {-1, 0, 9}) {
+        for (const int value : {-1, 0, aux::dataDirectories().size()}) {
             const auto location = static_cast<DirLocation>(value);
             QVERIFY(FsHelper::dirLocationToFullPath(location).isNull());
             QCOMPARE(FsHelper::createPathName(location, QStringLiteral("f")), QStringLiteral("/f"));

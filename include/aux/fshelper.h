@@ -59,8 +59,8 @@ public:
     /// Pure text, no failures; only getBackgroundImageSource looks at the disk.
     /// @{
 
-    /// Returns the location's name: "data", "config", "new", "archive", "transfer", "log",
-    /// "failed", "tmp", and "<invalid>" for everything else.
+    /// Returns the location's name, that of its enumerator in lower case; "<invalid>" for
+    /// everything else.
     static QString dirLocationToString(DirLocation location);
     /// Returns the location of exactly this name (upper and lower case differ), else Invalid.
     static DirLocation dirLocationFromString(const QString &name);
@@ -101,10 +101,10 @@ public:
     /// location's file system. False when that cannot be told. An invalid location stands for the
     /// current directory.
     static bool checkFreeSpace(DirLocation location, qint64 bytes);
-    /// Removes config, new, archive, transfer, log and failed with everything in them (a factory
-    /// reset): names in any bytes, any depth, links without following them. The data root and the
-    /// temporary directory stay. Nothing recreates them. Flushes the file systems (sync), so that a
-    /// power cut brings nothing back.
+    /// Removes all locations but the data root and the temporary directory (a factory reset), with
+    /// everything in them: names in any bytes, any depth, links without following them. Nothing
+    /// recreates them. Flushes the file systems (sync), so that a power cut brings nothing back.
+    /// The last column of docs/tables.md tells which these are.
     ///
     /// A location that is itself a link is emptied where it leads, and the link is removed. One
     /// that leads to a directory which holds more than a location ("/", "/data", "/data/zel",

@@ -11,6 +11,7 @@ namespace aux
 
 /// What is known of a location.
 struct DataDirectory {
+    DirLocation location;
     QString name;
     QString path;       // of the temporary directory the one at load time; it may change
     bool isFoundByPath; // dirLocationFromFullPath knows it

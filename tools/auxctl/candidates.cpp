@@ -33,7 +33,7 @@ QStringList valuesOf(QString placeholder)
     if (placeholder == "KEY=VALUE")
         return keys("=");
     if (placeholder == "AREA")
-        return QStringList(aux::areaNames.begin(), aux::areaNames.end());
+        return areaNames();
     if (QStringList{"LOCATION", "FROM", "TO"}.contains(placeholder))
         return locationNames();
     if (placeholder == "TYPE")

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "help.h"
 
+#include "location.h"
+#include "settings.h"
+
 #include <aux/systeminfo.h>
 
 #include <QFile>
@@ -121,6 +124,8 @@ QString manualPage()
                       .arg(troff(spelled(*option)), troff(option->summary));
     return resource(QStringLiteral("auxctl.1"))
         .replace("@VERSION@", aux::SystemInfo::getVersion())
+        .replace("@LOCATIONS@", locationNames().join(", "))
+        .replace("@AREAS@", areaNames().join(", "))
         .replace("@COMMANDS@", entries)
         .replace("@OPTIONS@", common)
         .trimmed();

@@ -95,9 +95,14 @@ QVector<Setting> settingsOf(const QStringList &keys)
     return keys.isEmpty() ? all : chosen;
 }
 
+QStringList areaNames()
+{
+    return QStringList(aux::areaNames.begin(), aux::areaNames.end());
+}
+
 aux::SettingsArea areaFromName(const QString &name)
 {
-    const QStringList names(aux::areaNames.begin(), aux::areaNames.end());
+    const QStringList names = areaNames();
     if (!names.contains(name))
         misuseUnknown("area", name, names);
     return static_cast<aux::SettingsArea>(names.indexOf(name));

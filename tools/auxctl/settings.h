@@ -19,6 +19,8 @@ QString keyPath(const QString &key);
 /// The settings of these keys, all without any; a misuse with the nearest key where one is unknown.
 QVector<Setting> settingsOf(const QStringList &keys);
 
+QStringList areaNames();
+
 /// The area of this name; a misuse with the nearest name where it is none.
 aux::SettingsArea areaFromName(const QString &name);
 

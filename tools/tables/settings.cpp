@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Prints docs/settings.md, made from the catalogue.
 #include "config/rules.h"
-
-#include <QTextStream>
+#include "tables.h"
 
 namespace
 {
@@ -16,7 +14,9 @@ In a program a setting is called `aux::SettingsCode::` and the name below; on th
 
 Changes of a setting with a * are told apart by `aux::Configuration::changed`, because its users must
 hear of them. One with an s is a secret: `auxctl` shows it only where asked to. Every setting belongs
-to the area all, and to the one named here.
+to the area all, and to the one named here. The refusal, with the id 10002, is what
+`aux::Configuration::validateConfigFile` says of a value that is not as the table has it; a number at its
+end is the length or the value that was found.
 
 )";
 
@@ -50,18 +50,31 @@ QString marks(const aux::Setting &setting)
     return QLatin1String(setting.flag ? "*" : "") + QLatin1String(setting.isSecret ? "s" : "");
 }
 
+/// What is said of a value that breaks the setting's rule: of the text "x" where a text is asked
+/// for.
+QString refusalOf(const aux::Setting &setting)
+{
+    const bool isNumber = setting.rule.kind == aux::Rule::Kind::NotValue;
+    const QVariant wrong = isNumber ? QVariant(setting.rule.number) : QVariant(QStringLiteral("x"));
+    const aux::Error error =
+        aux::isTogether(setting)
+            ? aux::checkTogether([](const aux::Setting &) { return QVariant(false); })
+            : aux::checkValue(setting, wrong);
+    return error.hasError() ? QLatin1Char('`') + error.getMsg() + QLatin1Char('`') : QString();
+}
+
 } // namespace
 
-int main()
+void printSettings(QTextStream &out)
 {
-    QTextStream out(stdout);
-    out << introduction << "| Code | Key path | Name | Value | Default | | Area |\n"
-        << "|-----:|----------|------|-------|---------|-|------|\n";
+    out << introduction << "| Code | Key path | Name | Value | Default | | Area | Refusal |\n"
+        << "|-----:|----------|------|-------|---------|-|------|---------|\n";
     for (const aux::Setting &setting : aux::settingsCatalogue()) {
         out << "| " << static_cast<int>(setting.code) << " | `" << setting.keyPath() << "` | "
             << nameOf(setting.keyPath()) << " | " << aux::expectation(setting) << " | `"
             << asJson(setting.defaultValue) << "` | " << marks(setting) << " | "
-            << aux::areaNames.at(static_cast<std::size_t>(setting.area)) << " |\n";
+            << aux::areaNames.at(static_cast<std::size_t>(setting.area)) << " | "
+            << refusalOf(setting) << " |\n";
     }
     out << conclusion;
 }
