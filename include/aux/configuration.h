@@ -203,8 +203,9 @@ public:
     /// Checks whether a file can be taken into use as the settings file.
     ///
     /// Reads the file only, afresh and once, at most 1 MiB of it. No lock is taken: nobody may
-    /// write it meanwhile. Values are converted, so that the text "9000" is a number. The first
-    /// check that fails decides, in this order:
+    /// write it meanwhile. Values are converted, so that the text "9000" is a number.
+    ///
+    /// @fails with the first of these that is found, in this order:
     /// - 10001 "Config file does not exist"
     /// - 10002 "Invalid config file. Missing <key path>": every setting must be there; of several
     ///   the one with the lowest code is named. Also where the file is no JSON object, no regular
@@ -219,13 +220,13 @@ public:
     /// Finds everything that is wrong with a file, read like by validateConfigFile but without any
     /// conversion: a number in quotes has the wrong type.
     ///
-    /// One entry each, which iterating the error gives in the order of the settings' codes. Beside
-    /// the failures of validateConfigFile, of which "All operating modes disabled. [...]" stands at
-    /// the first of the modes:
+    /// One entry each, which iterating the error gives in the order of the settings' codes; that
+    /// of the operating modes stands at the first of them.
+    ///
+    /// @fails with those of validateConfigFile and
     /// - 10002 "Wrong type of <key path>, expected <what it may be>"
     /// - 10002 "Not readable as JSON: <reason>", alone; where it is a syntax error the reason
-    /// begins
-    ///   with "line <number>, column <number>: ", counted from 1, where it was noticed
+    ///   begins with "line <number>, column <number>: ", counted from 1, where it was noticed
     static Error findConfigFileFaults(const QString &fileName);
 
     /// Takes a file into use: checks it and writes all of its settings to the settings file at
@@ -233,8 +234,10 @@ public:
     ///
     /// The file is read once, so what is checked is what is written; other members of it, such as
     /// "version", are left out. When the process is killed or the power fails, the settings file
-    /// holds either all of the old settings or all of the new ones. Fails, with nothing changed now
-    /// or later, with the failures of findConfigFileFaults, with 10001
+    /// holds either all of the old settings or all of the new ones. After a failure nothing is
+    /// changed, now or later.
+    ///
+    /// @fails with those of findConfigFileFaults, with 10001
     /// "applyConfigFile: Failed to write to output file",
     /// "applyConfigFile: Failed to open file for writing" or, of the settings file,
     /// "applyConfigFile: Failed to open file for reading", and before init() with 10001
@@ -244,7 +247,9 @@ public:
     /// Writes all settings, those that have their defaults too, to a file that applyConfigFile
     /// takes. It holds the secrets: its mode is 0600. A file of that name is replaced.
     ///
-    /// The file appears whole, and on the storage, or not at all. Fails with 10001
+    /// The file appears whole, and on the storage, or not at all.
+    ///
+    /// @fails with 10001
     /// "writeConfigFile: Failed to open file for writing",
     /// "writeConfigFile: Failed to write to output file",
     /// "writeConfigFile: Failed to open file for reading" (the settings file), and before init()
@@ -254,7 +259,7 @@ public:
     /// Takes the settings of an area out of the settings file, so that they have their defaults,
     /// in the way of applyConfigFile.
     ///
-    /// Fails with 10001 "resetToDefaults: Failed to write to output file",
+    /// @fails with 10001 "resetToDefaults: Failed to write to output file",
     /// "resetToDefaults: Failed to open file for writing",
     /// "resetToDefaults: Failed to open file for reading", and before init()
     /// "resetToDefaults: not initialized", which is a debug line too.

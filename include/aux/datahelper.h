@@ -64,7 +64,9 @@ public:
     ///
     /// The container stores the last component of `inFile` as the name. The payload may have up
     /// to 2^32 - 1 bytes and is read once: what is copied is what the digest is of. Until all of it
-    /// is there `outFile` has no magic. Fails with 10001 and
+    /// is there `outFile` has no magic.
+    ///
+    /// @fails with 10001 and
     /// - "packFileToBinContainer: Failed to open file for reading"
     /// - "packFileToBinContainer: Failed to open file for writing": also for a larger payload and
     ///   where both paths lead to one file; an existing `outFile` is then left as it is
@@ -82,7 +84,9 @@ public:
     /// `outFile` is the name to use, given as it is to the file system; empty for the name stored
     /// in the container. On success it is replaced by the path that was written, `outDir` + "/" +
     /// name. `type` is set as soon as the magic has been read, also when a later step fails. Bytes
-    /// after the payload are ignored. Fails with 10001 and
+    /// after the payload are ignored.
+    ///
+    /// @fails with 10001 and
     /// - "unpackFileFromBinContainer: Failed to open file for reading": also where the medium fails
     ///   or the file becomes shorter meanwhile; no output is left then
     /// - "unpackFileFromBinContainer: Input file too small": shorter than it says, or than 50 bytes
@@ -101,7 +105,9 @@ public:
     /// "5678:ef01". An empty text is an empty list.
     ///
     /// Beyond its one ":" an entry is deliberately not checked: no digits, no blanks, no case; "0X"
-    /// is no prefix. Fails with 10002 "USB VID:PID list syntax error", and then leaves `list` as
+    /// is no prefix.
+    ///
+    /// @fails with 10002 "USB VID:PID list syntax error", and then leaves `list` as
     /// it was, where an entry is no pair; a ";" at the end makes an empty entry. Neither blocks
     /// nor writes debug lines.
     static Error vIdpIdListFromString(const QString &text, QStringList &list);
@@ -118,12 +124,12 @@ public:
     /// Returns the key XOR the UTF-8 bytes of the pass phrase as base64 (RFC 4648) in one line,
     /// the form of the setting "/crypto/gpgkey"; empty on failure and for an empty key.
     ///
-    /// Fails with 10001 "encryptKeyB64: pass phrase is empty".
+    /// @fails with 10001 "encryptKeyB64: pass phrase is empty".
     [[nodiscard]] static std::pair<Error, QString> encryptKeyB64(const QByteArray &key,
                                                                  const QString &passPhrase);
     /// Returns the key of a text that encryptKeyB64 made; empty on failure.
     ///
-    /// Fails with 10001 and "decryptKeyB64: pass phrase is empty" or "decryptKeyB64: key is not
+    /// @fails with 10001 and "decryptKeyB64: pass phrase is empty" or "decryptKeyB64: key is not
     /// base64": also where the text has blanks, line breaks or no padding.
     [[nodiscard]] static std::pair<Error, QByteArray> decryptKeyB64(const QString &keyB64,
                                                                     const QString &passPhrase);
@@ -131,7 +137,7 @@ public:
     /// only the calling user may read (mode 0600), and returns its path; empty on failure. The
     /// caller removes the file.
     ///
-    /// Fails with 10001, the reasons of decryptKeyB64 behind "decryptKeyB64StoreToTemp: ", and
+    /// @fails with 10001, the reasons of decryptKeyB64 behind "decryptKeyB64StoreToTemp: ", and
     /// "decryptKeyB64StoreToTemp: Failed to write to output file"; nothing is left then.
     [[nodiscard]] static std::pair<Error, QString>
     decryptKeyB64StoreToTemp(const QString &keyB64, const QString &passPhrase);
@@ -148,19 +154,18 @@ public:
     /// calling thread ends; that is how long a call blocks at the most, and seconds more where
     /// something has to be ended. It does not matter which signals the process blocks or ignores,
     /// SIGCHLD included. No debug lines are written.
+    /// @{
+
+    /// Encodes a file as base64 (RFC 4648, lines of 76 characters), or decodes one, with the
+    /// program "base64".
     ///
-    /// All fail with 10001, the operation's name, ": " and
+    /// @fails with 10001, "base64: " and
     /// - "Failed to open file for reading": `inFile` is missing, not readable or no regular file
     /// - "Failed to open file for writing": `outFile` cannot be made, or is a directory or device,
     ///   or its directory cannot be read
     /// - "Failed to write to output file": the storage is full or broken
-    /// - "PROGRAM cannot be started", "PROGRAM did not end in time", "PROGRAM was killed".
-    ///
-    /// @{
-
-    /// Encodes a file as base64 (RFC 4648, lines of 76 characters), or decodes one, with the
-    /// program "base64". Fails with the above, with "base64: input is not base64" and "base64:
-    /// base64 failed".
+    /// - "base64 cannot be started", "base64 did not end in time", "base64 was killed"
+    /// - "input is not base64", "base64 failed".
     static Error base64(const QString &inFile, const QString &outFile, bool decode);
     /// Is base64() that encodes, also in its failures.
     static Error base64encode(const QString &inFile, const QString &outFile);
@@ -175,7 +180,11 @@ public:
     /// turns, those of other processes included, and wait for it for five minutes at most. Nothing
     /// but what it holds is used, and nothing goes to the network; gpg-agent keeps no pass phrase
     /// and is ended before each operation returns. gpg gets 256 MiB of memory: a key or message
-    /// that makes it want more is an error. Fails with the above and "importKeypairGPG: " and
+    /// that makes it want more is an error.
+    ///
+    /// @fails with 10001, "importKeypairGPG: " and
+    /// - that of base64 for reading
+    /// - "gpg cannot be started", "gpg did not end in time", "gpg was killed"
     /// - "file holds no key", "file holds no whole key", "file holds more than one key"
     /// - "key was made after what the clock says now": the clock of the terminal is wrong
     /// - "key is not valid": it lacks a valid signature of its own
@@ -191,7 +200,11 @@ public:
     /// cannot be removed; after any other failure there is none.
     static Error importKeypairGPG(const QString &keyFile);
     /// Encrypts a file to the imported key: a binary OpenPGP message (RFC 4880) that does not hold
-    /// the file's name. Fails with the above and "encryptFileGPG: " and
+    /// the file's name.
+    ///
+    /// @fails with 10001, "encryptFileGPG: " and
+    /// - those of base64 on files
+    /// - "gpg cannot be started", "gpg did not end in time", "gpg was killed"
     /// - "no key is imported", "gpg failed", "gpg-agent cannot be ended"
     /// - "no room in /tmp/gpg-temp-keyring"
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
@@ -201,7 +214,11 @@ public:
     static Error encryptFileGPG(const QString &inFile, const QString &outFile);
     /// Decrypts a message with the imported key; an empty pass phrase for a key without one. A key
     /// that has expired or was revoked still decrypts. What a message decrypts to leaves 64 MiB of
-    /// the output's file system free. Fails with the above and "decryptFileGPG: " and
+    /// the output's file system free.
+    ///
+    /// @fails with 10001, "decryptFileGPG: " and
+    /// - those of base64 on files
+    /// - "gpg cannot be started", "gpg did not end in time", "gpg was killed"
     /// - "no key is imported", "gpg-agent cannot be ended"
     /// - "no room in /tmp/gpg-temp-keyring"
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
@@ -217,8 +234,9 @@ public:
     /// - "input is no encrypted message".
     static Error decryptFileGPG(const QString &inFile, const QString &outFile,
                                 const QString &passPhrase);
-    /// Removes the temporary keyring and ends what runs on it; no keyring is success. Fails with
-    /// 10001, "removeKeypairGPG: " and
+    /// Removes the temporary keyring and ends what runs on it; no keyring is success.
+    ///
+    /// @fails with 10001, "removeKeypairGPG: " and
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
     /// - "/tmp/gpg-temp-keyring is in use"
     /// - "/tmp/gpg-temp-keyring cannot be removed", "gpg-agent cannot be ended".

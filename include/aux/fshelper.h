@@ -92,7 +92,7 @@ public:
     /// Lists the names of the readable regular files of a location and of links to such, by name
     /// ignoring case; no hidden files, and none with a name that is not UTF-8: no QString names it.
     ///
-    /// Fails with 10001 "FileHelper: directory does not exist", also for an invalid location and
+    /// @fails with 10001 "FileHelper: directory does not exist", also for an invalid location and
     /// for a directory that cannot be read.
     [[nodiscard]] static std::pair<Error, QStringList> createDirList(DirLocation location);
     /// Counts what createDirList lists, in constant memory; its failures, with a count of 0.
@@ -110,7 +110,7 @@ public:
     /// that leads to a directory which holds more than a location ("/", "/data", "/data/zel",
     /// "/data/zel/rk4", the temporary directory and those above it) is only removed.
     ///
-    /// Fails with 10001 "Internal error: could not remove data directory". Deliberately only the
+    /// @fails with 10001 "Internal error: could not remove data directory". Deliberately only the
     /// last directory that exists decides: an earlier one that could not be removed is not
     /// reported when a later one was.
     static Error removeEntireDataDir();
@@ -123,7 +123,7 @@ public:
 
     /// Returns the file's checksum, empty on failure.
     ///
-    /// Fails with 10001 and
+    /// @fails with 10001 and
     /// - "Internal error: path cannot be opened": missing, no permission, or no regular file
     /// - "Internal error: path cannot be read": the medium fails, or the file is shorter than its
     ///   size, as those of sysfs are
@@ -148,7 +148,7 @@ public:
     /// is never replaced, not even a corrupt one whose source is intact. A file moved onto itself
     /// is checked and kept.
     ///
-    /// Each failure leaves the source where it was and the destination untouched:
+    /// @fails with the source where it was and the destination untouched:
     /// - 10001 "FileHandler: source directory does not exist"
     /// - 10001 "FileHandler: destination directory does not exist"
     /// - 10002 "FileHandler: source file does not exist"

@@ -76,23 +76,23 @@ public:
 
     /// Starts the daemon in the background with "/etc/wpa_supplicant.conf".
     ///
-    /// Fails with "SystemHelper: cannot start wpa_supplicant, control socket already exists", also
+    /// @fails with "SystemHelper: cannot start wpa_supplicant, control socket already exists", also
     /// for a stale one, or "SystemHelper: cannot start wpa_supplicant".
     static Error wpaSupplicantStart();
     /// Asks the daemon to end, and does not wait for it.
     ///
-    /// Fails with "SystemHelper: cannot stop wpa_supplicant, control socket does not exist" or
+    /// @fails with "SystemHelper: cannot stop wpa_supplicant, control socket does not exist" or
     /// "SystemHelper: cannot stop wpa_supplicant".
     static Error wpaSupplicantStop();
     /// Kills every wpa_supplicant of the system (SIGKILL) and removes the control socket.
     ///
-    /// Fails with "SystemHelper: wpa_supplicant not killed", also where none runs; then a stale
+    /// @fails with "SystemHelper: wpa_supplicant not killed", also where none runs; then a stale
     /// control socket deliberately stays.
     static Error wpaSupplicantForceKill();
     /// Opens a control connection and registers it for the daemon's events. The handle is the
     /// caller's, to be given back with wpaSupplicantDisconnect; null on failure.
     ///
-    /// Fails with "SystemHelper: cannot open wpa_supplicant control interface" or
+    /// @fails with "SystemHelper: cannot open wpa_supplicant control interface" or
     /// "SystemHelper: cannot attach to wpa_supplicant control interface". One request.
     [[nodiscard]] static std::pair<Error, wpa_ctrl *> wpaSupplicantConnect();
     /// Closes a control connection, which is one request; the handle is invalid afterwards. Never

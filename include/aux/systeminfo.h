@@ -37,14 +37,14 @@ public:
     /// Takes the Ethernet address, without its colons, for the serial number. Does nothing once
     /// there is a serial number, be it the substitute.
     ///
-    /// Fails as loadEthernetMac does, and then leaves the serial number empty; or with 10001
+    /// @fails as loadEthernetMac does, and then leaves the serial number empty; or with 10001
     /// "SystemInfo: invalid serial number format" where the address has fewer than 5 digits, and
     /// then makes "000000000000" the serial number.
     static Error loadSerialNumber();
     /// Remembers the hardware address of the first Ethernet interface in the system's order, up or
     /// not, whatever its name. Does nothing once there is an address.
     ///
-    /// Fails with 10001 "SystemInfo: cannot find ethernet hardware address".
+    /// @fails with 10001 "SystemInfo: cannot find ethernet hardware address".
     static Error loadEthernetMac();
     /// Returns the Wi-Fi address that belongs to the Ethernet address: its fourth octet plus one,
     /// in upper case. Empty unless loadSerialNumber has succeeded.
