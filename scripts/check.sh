@@ -7,7 +7,7 @@ clang-format --dry-run -Werror "${sources[@]}"
 mapfile -t scripts < <(git grep -l '^#!/usr/bin/env bash')
 shellcheck "${scripts[@]}"
 scripts/check-includes
-scripts/test-share # to be a third at most
+scripts/test-share
 cmake --preset ci
 cmake --build --preset ci # generated sources
 run-clang-tidy -quiet -p build/ci "$PWD/(src|tests|tools|bench)/.*\.cpp\$"
