@@ -56,10 +56,10 @@ bool NewFile::commit()
 {
     if (!m_file.flush() || ::fsync(handle()) != 0)
         return failed(errno);
-    const QByteArray temporary = QFile::encodeName(m_file.fileName()); // gets one by this
+    // Gets a name by this, which the file then leaves: there is nothing left to be removed.
+    const QByteArray temporary = QFile::encodeName(m_file.fileName());
     if (std::rename(temporary.constData(), QFile::encodeName(m_path).constData()) != 0)
         return failed(errno);
-    m_file.setAutoRemove(false);
     return syncDirectory(directoryOf(m_path)) || failed(errno);
 }
 
