@@ -103,10 +103,11 @@ Error moveNew(const Move &move)
 Error discardDuplicate(const Move &move)
 {
     const auto failed = [](const QString &cause) {
-        return failure(ErrorId::MoveFailed,
-                       QStringLiteral("FileHandler: removing source file already present in "
-                                      "destination failed"),
-                       cause);
+        return failure(
+            ErrorId::MoveFailed,
+            QStringLiteral(
+                "FileHandler: removing source file already present in destination failed"),
+            cause);
     };
     // Deliberately kept when it is corrupt and the source is not: a destination is never replaced.
     if (!move.verdictOn(move.destination).isGood) {

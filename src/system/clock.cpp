@@ -34,8 +34,7 @@ const char *meaningOf(int error)
     case EINVAL:
         return "Timezone (or something else) is invalid.";
     case EPERM:
-        return "The calling process has insufficient privilege to call settimeofday(); under Linux "
-               "the CAP_SYS_TIME capability is required.";
+        return "The calling process has insufficient privilege to call settimeofday(); under Linux the CAP_SYS_TIME capability is required.";
     default:
         return nullptr;
     }
