@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "container/container.h"
 #include "container/containerheader.h"
 #include "error/debugline.h"
 #include "fs/checksum.h"
@@ -22,10 +23,10 @@ Error passOn(const char *operation, const Error &error)
     return error;
 }
 
-QByteArray storedName(const QString &path)
+QByteArray storedName(const QString &name)
 {
-    const QByteArray name = QFileInfo(path).fileName().toUtf8();
-    return name.left(static_cast<int>(qstrlen(name.constData()))); // up to the first zero byte
+    const QByteArray bytes = name.toUtf8();
+    return bytes.left(static_cast<int>(qstrlen(bytes.constData()))); // up to the first zero byte
 }
 
 /// Opens a file to write, emptied, unless it is the input.
@@ -46,10 +47,10 @@ void discard(RegularFile &output)
 }
 
 /// Writes the payload, then what stands in front of it: before that the file is no container.
-Error writeContainer(RegularFile &input, container::Type type, RegularFile &output)
+Error writeContainer(RegularFile &input, container::Type type, const QByteArray &name,
+                     RegularFile &output)
 {
     const qint64 payloadSize = input.size();
-    const QByteArray name = storedName(input.path());
     bool isWritten =
         container::rowOf(type) != nullptr && output.seek(container::fixedSize + name.size());
     qint64 copied = 0;
@@ -97,23 +98,28 @@ Reason writePayload(RegularFile &input, const container::Header &header, Regular
 
 } // namespace
 
-Error DataHelper::packFileToBinContainer(const QString &inFile, ZEL_FILE_TYPE type,
-                                         const QString &outFile)
+Error container::pack(const QString &inFile, Type type, const QString &name, const QString &outFile)
 {
     RegularFile input(inFile);
     if (!input.openForReading())
         return refuse(packing, reason::cannotRead.because(input.cause()));
-    if (input.size() > container::maximumPayload)
+    if (input.size() > maximumPayload)
         return refuse(packing,
                       reason::cannotCreate.because(inFile, QStringLiteral("has 4 GiB or more")));
     RegularFile output(outFile);
     const Reason refusal = openOutput(output, input);
     if (!refusal.isNone())
         return refuse(packing, refusal);
-    Error error = writeContainer(input, type, output);
+    Error error = writeContainer(input, type, storedName(name), output);
     if (error.hasError())
         discard(output);
     return error;
+}
+
+Error DataHelper::packFileToBinContainer(const QString &inFile, ZEL_FILE_TYPE type,
+                                         const QString &outFile)
+{
+    return container::pack(inFile, type, QFileInfo(inFile).fileName(), outFile);
 }
 
 Error DataHelper::unpackFileFromBinContainer(const QString &inFile, ZEL_FILE_TYPE &type,

@@ -10,9 +10,7 @@
 #include <QFileInfo>
 
 #include <cerrno>
-#include <cstdio>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace aux
@@ -56,26 +54,6 @@ bool flush(const Move &move)
     return move.turn.isOn(move.status->st_dev) ? move.turn.flush() : syncFileSystem(move.source);
 }
 
-/// Gives a file another name within its file system; the errno where that fails. Unlike
-/// QFile::rename it never copies (a copy that replaces the only original may not be on the storage
-/// yet when the power fails), never writes through a dangling link and never takes a name up to its
-/// first NUL.
-int renameFile(const QString &from, const QString &to)
-{
-    if (to.contains(QChar::Null))
-        return EINVAL;
-    const QByteArray source = QFile::encodeName(from);
-    const QByteArray destination = QFile::encodeName(to);
-    if (renameat2(AT_FDCWD, source.constData(), AT_FDCWD, destination.constData(),
-                  RENAME_NOREPLACE) == 0)
-        return 0;
-    if (errno != EINVAL) // this file system can rename, but not check for the new name with it
-        return errno;
-    if (isOccupied(to))
-        return EEXIST;
-    return std::rename(source.constData(), destination.constData()) == 0 ? 0 : errno;
-}
-
 Error moveNew(const Move &move)
 {
     const auto failed = [](const QString &cause) {
@@ -96,7 +74,7 @@ Error moveNew(const Move &move)
     // The new name may reach the storage at any moment; what it names must be there by then.
     if (!flush(move))
         return failed(causeOf(move.source, errno));
-    const int error = renameFile(move.source, move.destination);
+    const int error = renameWithoutReplacing(move.source, move.destination);
     return error == 0 ? Error() : failed(causeOf(move.destination, error));
 }
 

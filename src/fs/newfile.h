@@ -17,30 +17,47 @@ namespace aux
 class NewFile
 {
 public:
-    /// The file to be; one of that name, or a link, is replaced.
-    explicit NewFile(QString path) : m_path(std::move(path)) {}
+    /// What becomes of a file or link that has the name already.
+    enum class Existing { Replaced, Kept };
 
-    /// Makes the file; false also where it could not get the name in the end.
+    /// The file to be.
+    explicit NewFile(QString path, Existing existing = Existing::Replaced)
+        : m_path(std::move(path)), m_existing(existing)
+    {
+    }
+    /// One that never gets a name, in the directory for temporary files, which is its path().
+    NewFile();
+
+    /// Makes the file, unless it is open already; false also where it could not get the name in the
+    /// end.
     bool open();
     const QString &path() const { return m_path; }
+    /// Where it can be opened as long as this is open.
+    QString pathWithoutName() const;
     qint64 size() const { return m_file.size(); }
     int handle() const { return m_file.handle(); }
-    bool write(const QByteArray &content) { return m_file.write(content) == content.size(); }
+    bool write(const QByteArray &content);
     /// Returns whether it can still grow by so much; where not, what wrote to it had no room.
     bool hasRoom(int bytes = 4096);
     /// Gives it its name and fsyncs both the file and its directory; true when all of that
-    /// succeeded.
+    /// succeeded. Of one that never gets a name it only writes what write() has kept.
     bool commit();
 
-    /// Why the last of open(), hasRoom() and commit() failed: "PATH: EXPLANATION".
+    /// Removes what another process, which had it from this one and was killed, has left of it.
+    void removeTemporaryName() const;
+
+    /// Why the last of these failed: "PATH: EXPLANATION".
     const QString &cause() const { return m_cause; }
 
 private:
     bool mayTakeName();
+    bool rename();
     bool failed(const QString &explanation);
     bool failed(int error);
 
     QString m_path;
+    Existing m_existing = Existing::Replaced;
+    bool m_isNamed = true;
     QTemporaryFile m_file;
     QString m_cause;
 };

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "fs/storage.h"
+#include "fs/fileidentity.h"
 #include "fs/regularfile.h"
 
 #include <QFile>
 #include <QFileInfo>
+
+#include <cerrno>
+#include <cstdio>
 
 #include <fcntl.h>
 #include <sys/statvfs.h>
@@ -34,6 +38,22 @@ bool syncFileSystem(const QString &path)
     if (!opened.isOpen()) // a directory may be searched, though not read
         opened = openToSync(path, O_NONBLOCK);
     return opened.isOpen() && ::syncfs(opened.number()) == 0;
+}
+
+int renameWithoutReplacing(const QString &from, const QString &to)
+{
+    if (to.contains(QChar::Null))
+        return EINVAL;
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray destination = QFile::encodeName(to);
+    if (renameat2(AT_FDCWD, source.constData(), AT_FDCWD, destination.constData(),
+                  RENAME_NOREPLACE) == 0)
+        return 0;
+    if (errno != EINVAL) // this file system can rename, but not check for the new name with it
+        return errno;
+    if (isOccupied(to))
+        return EEXIST;
+    return std::rename(source.constData(), destination.constData()) == 0 ? 0 : errno;
 }
 
 qint64 freeSpace(const QString &path)

@@ -29,7 +29,8 @@ Reason run(FilePair &files, bool decode)
 
 Error DataHelper::base64(const QString &inFile, const QString &outFile, bool decode)
 {
-    FilePair files(inFile, outFile);
+    NewFile output(outFile);
+    FilePair files(inFile, output);
     Reason reason = files.open();
     if (reason.isNone())
         reason = run(files, decode);

@@ -16,7 +16,7 @@ Reason openForProgram(RegularFile &file);
 class FilePair
 {
 public:
-    FilePair(const QString &input, const QString &output) : m_input(input), m_output(output) {}
+    FilePair(const QString &input, NewFile &output) : m_input(input), m_output(output) {}
 
     /// Opens both; the reason where that fails.
     Reason open();
@@ -33,7 +33,7 @@ public:
 
 private:
     RegularFile m_input;
-    NewFile m_output;
+    NewFile &m_output;
 };
 
 } // namespace aux

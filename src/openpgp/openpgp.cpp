@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "openpgp/openpgp.h"
 #include "aux/datahelper.h"
 #include "openpgp/gpg.h"
 #include "openpgp/keyring.h"
@@ -85,8 +86,7 @@ Reason whyFailed(FilePair &files, const HelperProgram &gpg, const Reason &reason
     return Keyring::hasRoom() ? reason : Keyring::noRoom;
 }
 
-/// Sends a file through gpg. The output gets its name only where all went well, the end of what
-/// gpg had left running included.
+/// Sends a file through gpg, and ends what gpg has left running.
 Reason cryptFileGPG(FilePair &files, gpg::Run &run, const QStringList &command,
                     Reason (*judge)(const gpg::Run &))
 {
@@ -97,9 +97,7 @@ Reason cryptFileGPG(FilePair &files, gpg::Run &run, const QStringList &command,
     if (!reason.isNone())
         reason = whyFailed(files, run.program(), reason);
     const Reason stopFailure = Keyring::stopAgents();
-    if (reason.isNone())
-        reason = stopFailure;
-    return reason.isNone() ? files.commit() : reason;
+    return reason.isNone() ? stopFailure : reason;
 }
 
 Reason encrypt(FilePair &files)
@@ -129,7 +127,32 @@ Reason decrypt(FilePair &files, const QString &passPhrase)
     return cryptFileGPG(files, run, {QStringLiteral("--decrypt")}, whyNotDecrypted);
 }
 
+/// Takes the turn, opens both files and does it; the output gets its name only where all went well.
+template <typename Operation>
+Error onFiles(const char *name, const QString &inFile, NewFile &output, const Operation &operation)
+{
+    FilePair files(inFile, output);
+    Keyring keyring;
+    Reason reason = keyring.requireKeyring();
+    if (reason.isNone())
+        reason = files.open();
+    if (reason.isNone())
+        reason = operation(files);
+    return outcome(name, reason.isNone() ? files.commit() : reason);
+}
+
 } // namespace
+
+Error encryptFile(const QString &inFile, NewFile &output)
+{
+    return onFiles("encryptFileGPG", inFile, output, encrypt);
+}
+
+Error decryptFile(const QString &inFile, NewFile &output, const QString &passPhrase)
+{
+    return onFiles("decryptFileGPG", inFile, output,
+                   [&passPhrase](FilePair &files) { return decrypt(files, passPhrase); });
+}
 
 Error DataHelper::importKeypairGPG(const QString &keyFile)
 {
@@ -145,23 +168,15 @@ Error DataHelper::importKeypairGPG(const QString &keyFile)
 
 Error DataHelper::encryptFileGPG(const QString &inFile, const QString &outFile)
 {
-    FilePair files(inFile, outFile);
-    Keyring keyring;
-    Reason reason = keyring.requireKeyring();
-    if (reason.isNone())
-        reason = files.open();
-    return outcome("encryptFileGPG", reason.isNone() ? encrypt(files) : reason);
+    NewFile output(outFile);
+    return encryptFile(inFile, output);
 }
 
 Error DataHelper::decryptFileGPG(const QString &inFile, const QString &outFile,
                                  const QString &passPhrase)
 {
-    FilePair files(inFile, outFile);
-    Keyring keyring;
-    Reason reason = keyring.requireKeyring();
-    if (reason.isNone())
-        reason = files.open();
-    return outcome("decryptFileGPG", reason.isNone() ? decrypt(files, passPhrase) : reason);
+    NewFile output(outFile);
+    return decryptFile(inFile, output, passPhrase);
 }
 
 Error DataHelper::removeKeypairGPG()
