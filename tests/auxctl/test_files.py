@@ -6,7 +6,7 @@ import signal
 import subprocess
 import unittest
 
-from world import ARCHIVE, AUXCTL, DATA, NEW, SHOWN, TMP, World
+from world import ARCHIVE, AUXCTL, DATA, NEW, World
 
 PAYLOAD = bytes(range(256)) * 100
 DIGEST = hashlib.sha256(PAYLOAD).hexdigest()
@@ -125,36 +125,6 @@ class Files(World):
             self.auxctl("files", "move", "new", "archive", "a", "--name", "b", *checksum)  # a duplicate
             self.assertFalse((NEW / "a").exists())
 
-    def test_outputs_are_whole_or_not_there(self):
-        self.file.write_bytes(PAYLOAD * 40)
-        new = self.work / "new"
-        self.auxctl("container", "pack", self.file, new)
-        whole = new.read_bytes()
-        for arguments, allowed in (
-            (("container", "pack", self.file, self.packed), whole),
-            (("container", "unpack", new, self.work, "--name", "packed"), PAYLOAD * 40),
-        ):
-            def check(allowed=allowed):
-                self.assertEqual(sorted(os.listdir(self.work)), ["card.ddd", "new", "packed"])
-                self.assertIn(self.packed.read_bytes(), (b"old", allowed))
-                self.assertEqual(set(os.listdir(TMP)), {*SHOWN[TMP], "work"})
-                self.packed.write_bytes(b"old")
-            self.packed.write_bytes(b"old")
-            self.interrupted(*arguments, "--force", check=check)
-        full = self.work / "full"
-        full.mkdir()
-        subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "full", full], check=True)
-        self.addCleanup(subprocess.run, ["umount", full], check=True)
-        (full / "kept").write_bytes(b"old")
-        self.auxctl("container", "pack", self.file, full / "kept", "--force", status=1)
-        self.assertIn("Failed to write to output file", self.errors)
-        self.assertEqual((os.listdir(full), (full / "kept").read_bytes()), (["kept"], b"old"))
-        reader, writer = os.pipe()
-        os.close(reader)
-        closed = subprocess.run([AUXCTL, "container", "pack", self.file, "-"], stdout=writer, check=False)
-        os.close(writer)
-        self.assertEqual((closed.returncode, set(os.listdir(TMP))), (-signal.SIGPIPE, {*SHOWN[TMP], "work"}))
-
     def test_names_do_not_act_on_a_terminal(self):
         name = "a\x1b[31m\u202e\x9bb\nc"
         (NEW / name).touch()
@@ -193,7 +163,7 @@ class Files(World):
         self.auxctl("container", "pack", self.file, NEW / "p", status=1)
         nowhere = {**os.environ, "TMPDIR": "/proc"}
         self.auxctl("container", "pack", self.file, "-", status=1, env=nowhere)
-        self.assertIn("cannot make a temporary directory", self.errors)
+        self.assertIn("cannot make /proc/: ", self.errors)
         os.mkfifo(self.packed)  # not the tool's to remove
         self.auxctl("container", "pack", "/etc/hostname", self.packed, "--force", status=1)
         self.assertTrue(self.packed.is_fifo())

@@ -3,10 +3,11 @@ import os
 import pathlib
 import resource
 import shutil
+import signal
 import subprocess
 import unittest
 
-from world import NEW, SHOWN, TMP, World
+from world import AUXCTL, NEW, SHOWN, TMP, World
 
 KEYRING = pathlib.Path("/tmp/gpg-temp-keyring")
 TRANSFER = NEW.parent / "transfer"
@@ -129,22 +130,58 @@ class Keys(World):
         # The largest of all programs that ran, gpg among them.
         self.assertLess(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss, 64 << 10)  # KiB
 
-    def test_signals_leave_nothing(self):
+    def test_outputs_are_whole_or_not_there(self):
+        """For every command that makes a file, or sends one to standard output."""
+        content = os.urandom(1 << 20)
+        self.file.write_bytes(content)
+        packed, message, protected, output = (self.work / name for name in ("packed", "message", "protected", "output"))
         self.auxctl("pgp", "import", "-", given=self.pair)
-        message, output = self.work / "message", self.work / "output"
+        self.auxctl("container", "pack", self.file, packed)
         self.auxctl("pgp", "encrypt", self.file, message)
-        content = self.file.read_bytes()
+        protected.write_text(self.auxctl("key", "protect", self.file, *self.known))
+        exported = self.auxctl("config", "export").encode()
+        full = self.work / "full"
+        full.mkdir()
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "full", full], check=True)
+        self.addCleanup(subprocess.run, ["umount", full], check=True)
+        (full / "output").write_bytes(b"old" + bytes(64 << 10)[3:])
+        reader, closed = os.pipe()
+        os.close(reader)
+        self.addCleanup(os.close, closed)
 
-        def check():
-            self.assertEqual(sorted(os.listdir(self.work)), ["card.ddd", "message", "output", "secret"])
-            self.assertIn(output.read_bytes(), (b"old", content))
+        def unpacked(place):
+            return ("-",) if place == "-" else (place.parent, "--name", place.name)
+        for command, target, whole in (
+            (("container", "pack", self.file), None, packed.read_bytes().__eq__),
+            (("container", "unpack", packed), unpacked, content.__eq__),
+            (("pgp", "encrypt", self.file), None,
+             lambda made: self.gpg("--passphrase", PASSPHRASE, "--decrypt", given=made) == content),
+            (("pgp", "decrypt", *self.known, message), None, content.__eq__),
+            (("key", "reveal", *self.known, protected), None, content.__eq__),
+            (("config", "export"), None, exported.__eq__),
+        ):
+            target = target or (lambda place: (place,))
+
+            def check(command=command, whole=whole):
+                self.assertEqual(sorted(os.listdir(self.work)), names, command)
+                self.assertTrue(output.read_bytes() == b"old" or whole(output.read_bytes()), command)
+                output.write_bytes(b"old")
+                self.assertEqual(set(os.listdir(TMP)), {*SHOWN[TMP], "server", "work", KEYRING.name}, command)
+                self.check_no_agent()
             output.write_bytes(b"old")
-            self.check_no_agent()
-        output.write_bytes(b"old")
-        self.interrupted("pgp", "decrypt", message, output, "--force", *self.known, check=check)
-        self.assertEqual(set(os.listdir(TMP)), {*SHOWN[TMP], "server", "work", KEYRING.name})
-        self.interrupted("pgp", "decrypt", message, "-", *self.known, check=check)
-        self.assertEqual(set(os.listdir(TMP)), {*SHOWN[TMP], "server", "work", KEYRING.name})
+            names = sorted(os.listdir(self.work))
+            self.interrupted(*command, *target(output), "--force", check=check)
+            self.interrupted(*command, *target("-"), check=check)
+            self.auxctl(*command, *target(full / "output"), "--force", status=1)
+            self.assertIn(f"{full}/output: No space left on device", self.errors)
+            self.assertEqual(os.listdir(full), ["output"])
+            self.assertEqual((full / "output").read_bytes()[:3], b"old")
+            self.auxctl(*command, *target("-"), status=1, env={**os.environ, "TMPDIR": str(full)})
+            self.assertIn(f"{full}/: No space left on device", self.errors)
+            ended = subprocess.run([AUXCTL, *command, *target("-")], stdout=closed, stderr=subprocess.PIPE,
+                                   check=False).returncode
+            self.assertEqual((ended, os.listdir(full)), (-signal.SIGPIPE, ["output"]), command)
+            check()
 
     def test_a_wrong_pass_phrase_may_reveal_nonsense(self):
         protected = self.auxctl("key", "protect", self.file, *self.known)

@@ -12,9 +12,9 @@ void commit(const aux::SettingsChanges &changes, const aux::Configuration &confi
 {
     const aux::Reason reason = aux::commitChanges(changes);
     if (!reason.isNone())
-        fail(QStringLiteral("cannot write %1: %2")
-                 .arg(configuration.getFileName(),
-                      reason.cause().isEmpty() ? reason.text() : reason.cause()));
+        fail(QStringLiteral("cannot write %1")
+                 .arg(reason.cause().isEmpty() ? configuration.getFileName() + ": " + reason.text()
+                                               : reason.cause()));
 }
 
 aux::Candidate candidateOf(const QString &path)

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "failure.h"
 
+#include <QPair>
+#include <QVector>
+
 #include <algorithm>
 #include <numeric>
 #include <vector>
@@ -11,10 +14,23 @@ namespace auxctl
 namespace
 {
 
+QVector<QPair<QString, QString>> &fileNames()
+{
+    static QVector<QPair<QString, QString>> names;
+    return names;
+}
+
+QString withNames(QString message)
+{
+    for (const auto &[path, name] : fileNames())
+        message.replace(path + QStringLiteral(": "), name + QStringLiteral(": "));
+    return message;
+}
+
 [[noreturn]] void raise(ExitStatus status, const QString &message)
 {
     throw Failure{status,
-                  aux::ErrorData(ownDomain, QString(message), static_cast<unsigned int>(status))};
+                  aux::ErrorData(ownDomain, withNames(message), static_cast<unsigned int>(status))};
 }
 
 /// The number of letters to insert, remove or replace (Levenshtein distance).
@@ -65,10 +81,17 @@ void misuseUnknown(const char *kind, const QString &word, const QStringList &can
            all);
 }
 
+void nameFile(const QString &path, const QString &name)
+{
+    fileNames() += {path, name};
+}
+
 void check(aux::Error error)
 {
-    if (error.hasError())
-        throw Failure{ExitStatus::Failed, std::move(error)};
+    if (!error.hasError())
+        return;
+    error.setExtraData(withNames(error.getExtraData()));
+    throw Failure{ExitStatus::Failed, std::move(error)};
 }
 
 } // namespace auxctl

@@ -39,6 +39,9 @@ constexpr const char *ownDomain = "auxctl";
 [[noreturn]] void misuseUnknown(const char *kind, const QString &word,
                                 const QStringList &candidates);
 
+/// Lets messages about a file, "PATH: EXPLANATION", call it what people know it as.
+void nameFile(const QString &path, const QString &name);
+
 /// Fails where the library did.
 void check(aux::Error error);
 /// What the library returned along with its error; fails where it did.

@@ -7,7 +7,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <iostream>
 
 #include <fcntl.h>
@@ -50,14 +52,6 @@ void printError(const aux::Error &error)
               << (colour ? "\033[0m" : "") << '\n';
 }
 
-bool writeAll(const QByteArray &bytes)
-{
-    std::signal(SIGPIPE, SIG_DFL); // QProcess ignores it; a reader that has enough is no failure
-    const auto size = static_cast<std::size_t>(bytes.size());
-    return std::fwrite(bytes.constData(), 1, size, standardOutput()) == size &&
-           std::fflush(standardOutput()) == 0;
-}
-
 /// The document, in which nothing acts on a terminal.
 QByteArray toText(const QJsonObject &object)
 {
@@ -80,9 +74,9 @@ QJsonObject toObject(const aux::Error &error)
 /// The status, once what goes with it is on standard output.
 ExitStatus afterWriting(const QByteArray &bytes, ExitStatus status)
 {
-    if (writeAll(bytes))
+    if (writeOut(bytes.constData(), bytes.size()) && flushOut())
         return status;
-    std::cerr << ownDomain << ": cannot write to standard output\n";
+    std::cerr << ownDomain << ": " << cannotWriteOut().toStdString() << '\n';
     return ExitStatus::Failed;
 }
 
@@ -97,6 +91,23 @@ QJsonArray toJson(const aux::Error &error)
                              {"id", static_cast<qint64>(entry.getId())}};
     }
     return chain;
+}
+
+bool writeOut(const char *data, qint64 length)
+{
+    std::signal(SIGPIPE, SIG_DFL); // QProcess ignores it; a reader that has enough is no failure
+    const auto size = static_cast<std::size_t>(length);
+    return std::fwrite(data, 1, size, standardOutput()) == size;
+}
+
+bool flushOut()
+{
+    return std::fflush(standardOutput()) == 0;
+}
+
+QString cannotWriteOut()
+{
+    return QStringLiteral("cannot write to standard output: %1").arg(strerror(errno));
 }
 
 std::FILE *standardOutput()

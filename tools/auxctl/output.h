@@ -30,6 +30,14 @@ ExitStatus print(const Failure &failure, const Format &format);
 /// The entries of an error, newest first.
 QJsonArray toJson(const aux::Error &error);
 
+/// @{
+/// Write to where the result goes; false where that fails.
+bool writeOut(const char *data, qint64 length);
+bool flushOut();
+/// @}
+/// What to say then, at once.
+QString cannotWriteOut();
+
 /// Where the result goes. Standard output itself leads to standard error after divertOutput(), so
 /// that what the programs print which the library runs does not get into the result.
 std::FILE *standardOutput();

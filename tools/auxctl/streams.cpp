@@ -2,20 +2,15 @@
 #include "streams.h"
 
 #include "fs/fileidentity.h"
-#include "fs/storage.h"
 #include "output.h"
 #include "supervisor.h"
 
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 
-#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace auxctl
@@ -26,56 +21,29 @@ namespace
 
 const QString standardStream = QStringLiteral("-");
 
-/// Copies what is left to read; false where either of them fails.
-bool copyAll(QFile &from, QFile &to)
+/// Hands on what is left to read; false where that cannot be, or where it is not taken.
+bool readPieces(QFile &file, const aux::TakePiece &take)
 {
     QByteArray piece(1 << 16, Qt::Uninitialized);
     qint64 length = 0;
-    while ((length = from.read(piece.data(), piece.size())) > 0) {
-        if (to.write(piece.constData(), length) != length)
+    while ((length = file.read(piece.data(), piece.size())) > 0) {
+        if (!take(piece.constData(), length))
             return false;
     }
-    return length == 0 && to.flush();
+    return length == 0;
 }
 
-/// A file without a name, which holds what standard input gave.
-std::unique_ptr<QTemporaryFile> unnamedCopy()
+/// The mode that the umask leaves.
+mode_t commonMode()
 {
-    auto copy = std::make_unique<QTemporaryFile>();
-    QFile input;
-    if (!copy->open() || !input.open(STDIN_FILENO, QIODevice::ReadOnly) || !copyAll(input, *copy))
-        fail(QStringLiteral("cannot keep standard input: ") + copy->errorString());
-    return copy;
-}
-
-/// The file is on the storage under its new name.
-bool renameDurably(const QString &from, const QString &to, unsigned int flags)
-{
-    const QByteArray source = QFile::encodeName(from);
-    const int file = open(source.constData(), O_RDONLY | O_CLOEXEC);
-    if (file < 0)
-        return false;
-    const bool isFlushed = fsync(file) == 0;
-    const int reason = errno;
-    close(file);
-    errno = reason;
-    return isFlushed &&
-           renameat2(AT_FDCWD, source.constData(), AT_FDCWD, QFile::encodeName(to).constData(),
-                     flags) == 0 &&
-           aux::syncDirectory(QFileInfo(to).absolutePath());
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666 & ~mask;
 }
 
 } // namespace
 
 constexpr Switch forceOption{"force", "Overwrite an existing file"};
-
-Input::Input(const QString &argument) : m_argument(argument), m_path(argument)
-{
-    if (!isStream())
-        return;
-    m_copy = unnamedCopy();
-    m_path = QStringLiteral("/proc/self/fd/%1").arg(m_copy->handle());
-}
 
 bool Input::isStream() const
 {
@@ -87,66 +55,103 @@ QString Input::name() const
     return isStream() ? QStringLiteral("standard input") : m_argument;
 }
 
-Output::Output(const Call &call, const QString &argument, const std::function<void()> &cleanUp)
-    : m_path(argument), m_isForced(call.has(forceOption))
+QString Input::path()
 {
-    const bool isOccupied = argument != standardStream && aux::isOccupied(argument);
-    if (argument == standardStream && call.has(jsonOption))
+    if (!isStream())
+        return m_argument;
+    if (m_copy == nullptr)
+        keep();
+    return m_copy->pathWithoutName();
+}
+
+void Input::keep()
+{
+    m_copy = std::make_unique<aux::NewFile>();
+    const auto require = [this](bool isDone) {
+        if (!isDone)
+            fail(QStringLiteral("cannot keep standard input: ") + m_copy->cause());
+        return true;
+    };
+    require(m_copy->open());
+    read([&](const char *data, qint64 length) {
+        return require(m_copy->write(QByteArray::fromRawData(data, static_cast<int>(length))));
+    });
+    require(m_copy->commit());
+    nameFile(m_copy->pathWithoutName(), name());
+}
+
+void Input::open(QFile &file) const
+{
+    file.setFileName(name());
+    if (!(isStream() ? file.open(STDIN_FILENO, QIODevice::ReadOnly)
+                     : file.open(QIODevice::ReadOnly)))
+        failOn("open", file);
+}
+
+void Input::read(const aux::TakePiece &take) const
+{
+    QFile file;
+    open(file);
+    if (!readPieces(file, take))
+        failOn("read", file);
+}
+
+Output::Output(const Call &call, const QString &argument, Access access,
+               const std::function<void()> &cleanUp)
+    : m_path(argument)
+{
+    const bool isForced = call.has(forceOption);
+    const bool isOccupied = !isStream() && aux::isOccupied(argument);
+    if (isStream() && call.has(jsonOption))
         misuse("standard output takes either the file or --json");
-    if (isOccupied && !m_isForced)
+    if (isOccupied && !isForced)
         fail(QStringLiteral("%1 exists already, --force overwrites it").arg(argument));
     if (isOccupied && !QFileInfo(argument).isFile())
         fail(QStringLiteral("%1 is no regular file").arg(argument));
-    makeTemporaryPath();
-    const QString directory = isStream() ? m_directory->path() : QString();
-    supervise([cleanUp, directory, temporary = m_temporaryPath] {
-        QFile::remove(temporary);
-        QDir().rmdir(directory);
+    using Existing = aux::NewFile::Existing;
+    m_file = isStream() ? std::make_unique<aux::NewFile>()
+                        : std::make_unique<aux::NewFile>(argument, isForced ? Existing::Replaced
+                                                                            : Existing::Kept);
+    open(access);
+    supervise([this, &cleanUp] {
+        m_file->removeTemporaryName();
         cleanUp();
     });
 }
 
-void Output::makeTemporaryPath()
+void Output::open(Access access)
 {
-    if (m_path != standardStream) {
-        m_temporaryPath =
-            QStringLiteral("%1/.auxctl-%2").arg(QFileInfo(m_path).absolutePath()).arg(getpid());
-        QFile::remove(m_temporaryPath); // of a process that was killed and had the same number
-        return;
-    }
-    m_directory = std::make_unique<QTemporaryDir>();
-    if (!m_directory->isValid())
-        fail(QStringLiteral("cannot make a temporary directory: ") + m_directory->errorString());
-    m_temporaryPath = m_directory->filePath(QStringLiteral("output"));
+    if (!m_file->open() ||
+        (access == Access::Common && fchmod(m_file->handle(), commonMode()) != 0))
+        fail(QStringLiteral("cannot make ") + m_file->cause());
+    nameFile(m_file->pathWithoutName(), m_file->path());
 }
 
-Output::~Output()
+bool Output::isStream() const
 {
-    QFile::remove(m_temporaryPath); // gone, where it was committed
+    return m_path == standardStream;
 }
 
-void Output::rename() const
+void Output::write(const QByteArray &content)
 {
-    bool isRenamed = renameDurably(m_temporaryPath, m_path, m_isForced ? 0 : RENAME_NOREPLACE);
-    // Not every file system knows how not to replace; that there was none has been seen.
-    if (!isRenamed && errno == EINVAL && !m_isForced && !aux::isOccupied(m_path))
-        isRenamed = renameDurably(m_temporaryPath, m_path, 0);
-    if (!isRenamed)
-        fail(QStringLiteral("cannot write %1: %2").arg(m_path, strerror(errno)));
+    if (!m_file->write(content))
+        fail(QStringLiteral("cannot write ") + m_file->cause());
 }
 
 Result Output::commit(const Result &result)
 {
-    if (!isStream()) {
-        rename();
+    if (!m_file->commit())
+        fail(QStringLiteral("cannot write ") + m_file->cause());
+    return committed(result);
+}
+
+Result Output::committed(const Result &result)
+{
+    if (!isStream())
         return result;
-    }
-    std::signal(SIGPIPE, SIG_DFL); // QProcess ignores it; a reader that has enough is no failure
-    QFile file(m_temporaryPath);
-    QFile output;
-    if (!file.open(QIODevice::ReadOnly) || !output.open(standardOutput(), QIODevice::WriteOnly) ||
-        !copyAll(file, output))
-        fail("cannot write to standard output");
+    QFile file(m_file->pathWithoutName());
+    if (!file.open(QIODevice::ReadOnly) || !readPieces(file, writeOut) || !flushOut())
+        fail(cannotWriteOut());
     Result silent;
     silent.warnings = result.warnings;
     return silent;

@@ -3,9 +3,10 @@
 #define AUXCTL_STREAMS_H
 
 #include "command.h"
+#include "fs/newfile.h"
+#include "fs/regularfile.h"
 
-#include <QTemporaryDir>
-#include <QTemporaryFile>
+#include <QFile>
 
 #include <functional>
 #include <memory>
@@ -13,59 +14,69 @@
 namespace auxctl
 {
 
-/// The file that an argument names; for "-" an unnamed one that holds what standard input gave.
+/// The file that an argument names; for "-" standard input, which is kept in a file without a name
+/// where it is needed under a path.
 class Input
 {
 public:
-    explicit Input(const QString &argument);
+    explicit Input(const QString &argument) : m_argument(argument) {}
 
-    /// Where it can be read.
-    [[nodiscard]] const QString &path() const { return m_path; }
     [[nodiscard]] bool isStream() const;
     /// What people call it.
     [[nodiscard]] QString name() const;
+    /// Where it can be read, also more than once.
+    [[nodiscard]] QString path();
+    /// Opens it to read it once, where it is; fails where that cannot be.
+    void open(QFile &file) const;
+    /// Reads all of it, piece by piece; fails where that cannot be.
+    void read(const aux::TakePiece &take) const;
 
 private:
+    void keep();
+
     QString m_argument;
-    QString m_path;
-    std::unique_ptr<QTemporaryFile> m_copy;
+    std::unique_ptr<aux::NewFile> m_copy;
 };
 
 /// Without it, no file is replaced.
 extern const Switch forceOption;
 
+enum class Access {
+    Own,    ///< nobody else's to read
+    Common, ///< everybody's, as far as the umask lets them
+};
+
 /// The file that a command makes: it gets its name, or goes to standard output, only when it is
-/// complete. Until then it is a temporary one, of which nothing is left where a signal ends the
-/// program.
+/// complete. Until then it has no name, or on a file system that cannot do that a temporary one,
+/// which is gone where a signal ends the program.
 class Output
 {
 public:
-    /// Fails where a file of that name exists and --force is not given, a misuse for "-" with
-    /// --json. What else is to be cleaned up after a signal, `cleanUp` does.
+    /// Fails where a file of that name exists and --force is not given, or where it cannot be made,
+    /// a misuse for "-" with --json. What else is to be cleaned up after a signal, `cleanUp` does.
     Output(
-        const Call &call, const QString &argument, const std::function<void()> &cleanUp = [] {});
-    ~Output();
-    Output(const Output &) = delete;
-    Output &operator=(const Output &) = delete;
+        const Call &call, const QString &argument, Access access,
+        const std::function<void()> &cleanUp = [] {});
 
-    /// Where it is to be written, a name that is not there yet.
-    [[nodiscard]] const QString &temporaryPath() const { return m_temporaryPath; }
+    /// The file that is to be written, which is open.
+    [[nodiscard]] aux::NewFile &file() { return *m_file; }
     /// What it will be called.
     [[nodiscard]] const QString &path() const { return m_path; }
 
+    /// Writes so much of it.
+    void write(const QByteArray &content);
     /// Gives the file its name and returns the result; of a file that goes to standard output an
     /// empty one.
     Result commit(const Result &result);
+    /// The same for a file that the library has committed.
+    Result committed(const Result &result);
 
 private:
-    void makeTemporaryPath();
-    void rename() const;
-    [[nodiscard]] bool isStream() const { return m_directory != nullptr; }
+    [[nodiscard]] bool isStream() const;
+    void open(Access access);
 
     QString m_path;
-    bool m_isForced;
-    QString m_temporaryPath;
-    std::unique_ptr<QTemporaryDir> m_directory; // for standard output
+    std::unique_ptr<aux::NewFile> m_file;
 };
 
 } // namespace auxctl

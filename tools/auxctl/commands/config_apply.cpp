@@ -5,7 +5,6 @@
 #include "streams.h"
 
 #include <QFile>
-#include <QTemporaryFile>
 
 namespace auxctl
 {
@@ -25,7 +24,7 @@ bool isContainer(const QString &path)
 
 /// What a container with a configuration holds, in an unnamed file; fails where it is another one,
 /// or damaged.
-void extract(const QString &path, QTemporaryFile &file)
+void extract(const QString &path, aux::NewFile &file)
 {
     ContainerFile container(path);
     if (container.header().type != aux::container::Type::CFGF)
@@ -34,23 +33,26 @@ void extract(const QString &path, QTemporaryFile &file)
     if (!container.hasDigest())
         fail(QStringLiteral("%1 is damaged").arg(path));
     const QByteArray payload = container.payload(1 << 20); // as much as a candidate may have
-    if (!file.open() || file.write(payload) != payload.size() || !file.flush())
-        failOn("write", file);
+    if (!file.open() || !file.write(payload) || !file.commit())
+        fail(QStringLiteral("cannot write ") + file.cause());
+    nameFile(file.pathWithoutName(), path);
 }
 
 Result apply(const Call &call)
 {
-    const Input input(call.argument(0));
+    Input input(call.argument(0));
     QString path = input.path();
-    QTemporaryFile payload;
+    aux::NewFile payload;
     if (isContainer(path)) {
         extract(path, payload);
-        path = QStringLiteral("/proc/self/fd/%1").arg(payload.handle());
+        path = payload.pathWithoutName();
     }
     aux::Configuration configuration;
     open(configuration, call);
     aux::Candidate candidate;
-    check(aux::readFaultless(path, candidate));
+    aux::Error faults = aux::readFaultless(path, candidate);
+    faults.setExtraData(input.name() + ": not taken into use");
+    check(std::move(faults));
     Result result = differences(candidate, configuration);
     if (!call.has(dryRunOption))
         check(configuration.applyConfigFile(path));

@@ -10,7 +10,7 @@ namespace
 
 Result showDifferences(const Call &call)
 {
-    const Input input(call.argument(0));
+    Input input(call.argument(0));
     const aux::Candidate candidate = candidateOf(input.path());
     aux::Configuration configuration;
     open(configuration, call);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "config/jsonformat.h"
-#include "fs/newfile.h"
 #include "settings.h"
 #include "streams.h"
 
@@ -39,10 +38,8 @@ Result exportSettings(const Call &call)
     if (call.arguments().isEmpty())
         return {QJsonObject{{"configuration", settings}}, QString::fromUtf8(text).trimmed(),
                 ExitStatus::Done, warnings};
-    Output output(call, call.argument(0));
-    aux::NewFile file(output.temporaryPath()); // nobody else's to read
-    if (!file.open() || !file.write(text) || !file.commit())
-        fail(QStringLiteral("cannot write %1: %2").arg(output.path(), file.cause()));
+    Output output(call, call.argument(0), Access::Own);
+    output.write(text);
     Result result = record({{"path", output.path()}});
     result.warnings = warnings;
     return output.commit(result);

@@ -40,10 +40,11 @@ Record recordOf(const aux::Fault &fault, const aux::Candidate &candidate)
 
 Result validate(const Call &call)
 {
-    const Input input(call.argument(0));
+    Input input(call.argument(0));
     QFile file(input.path());
     aux::Error verdict = aux::Configuration::validateConfigFile(input.path());
     if (!file.open(QIODevice::ReadOnly)) { // no contents that could be at fault
+        verdict.setExtraData(input.name() + ": " + file.errorString());
         check(std::move(verdict));
         failOn("open", file);
     }

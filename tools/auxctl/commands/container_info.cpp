@@ -11,13 +11,13 @@ namespace
 
 Finding describeFile(const QString &argument)
 {
-    const Input input(argument);
+    Input input(argument);
     return {ContainerFile(input.path()).description()};
 }
 
 Finding verifyFile(const QString &argument)
 {
-    const Input input(argument);
+    Input input(argument);
     ContainerFile container(input.path());
     const bool isValid = container.hasDigest();
     return {container.description() + Record{{"valid", isValid}}, !isValid};

@@ -27,11 +27,12 @@ Result unpack(const Call &call)
 {
     const auto chosen = call.value(fileNameOption);
     const QString place = directoryOf(call.argument(1, QStringLiteral(".")));
-    const Input input(call.argument(0));
+    Input input(call.argument(0));
     const ContainerFile container(input.path());
-    Output output(call, place == "-" ? place : place + '/' + nameFor(container, chosen));
+    Output output(call, place == "-" ? place : place + '/' + nameFor(container, chosen),
+                  Access::Common);
     auto type = aux::DataHelper::ZEL_FILE_TYPE::Unknown;
-    const QFileInfo temporary(output.temporaryPath());
+    const QFileInfo temporary(output.file().pathWithoutName());
     QString name = temporary.fileName();
     check(aux::DataHelper::unpackFileFromBinContainer(input.path(), type, temporary.path(), name));
     return output.commit(record({{"path", output.path()}, {"type", typeName(type)}}));

@@ -4,8 +4,6 @@
 
 #include <aux/crc32.h>
 
-#include <QFile>
-
 namespace auxctl
 {
 
@@ -15,17 +13,13 @@ namespace
 Result crc32(const Call &call)
 {
     const Input input(call.argument(0));
-    QFile file(input.path());
-    if (!file.open(QIODevice::ReadOnly))
-        failOn("open", file);
-    QByteArray piece(1 << 16, Qt::Uninitialized);
     unsigned int crc = 0;
-    qint64 length = 0;
-    while ((length = file.read(piece.data(), piece.size())) > 0)
-        crc = aux::crc32(crc, reinterpret_cast<unsigned char *>(piece.data()),
+    input.read([&crc](const char *data, qint64 length) {
+        crc = aux::crc32(crc,
+                         reinterpret_cast<unsigned char *>(const_cast<char *>(data)), // only read
                          static_cast<unsigned int>(length));
-    if (length < 0)
-        failOn("read", file);
+        return true;
+    });
     return plainText(QStringLiteral("%1").arg(crc, 8, 16, QLatin1Char('0')));
 }
 

@@ -17,8 +17,15 @@ namespace
 
 QString checksumOf(const QString &argument)
 {
-    const Input input(argument);
-    return checked(aux::digestOf(input.path())).hex();
+    Input input(argument);
+    if (!input.isStream())
+        return checked(aux::digestOf(input.path())).hex();
+    aux::Digest digest;
+    input.read([&digest](const char *data, qint64 length) {
+        digest.add(data, length);
+        return true;
+    });
+    return digest.hex();
 }
 
 Result checksum(const Call &call)
@@ -51,12 +58,11 @@ Expectations readList(const QString &argument)
 {
     static const QRegularExpression line(QStringLiteral("\\A([0-9A-Fa-f]{64}) [ *](.+)\\z"));
     const Input input(argument);
-    QFile list(input.path());
-    if (!list.open(QIODevice::ReadOnly))
-        failOn("open", list);
+    QFile list;
+    input.open(list);
     Expectations expectations;
-    while (!list.atEnd()) {
-        QString text = QString::fromUtf8(list.readLine());
+    QString text;
+    while (!(text = QString::fromUtf8(list.readLine())).isEmpty()) {
         text.chop(text.endsWith('\n') ? 1 : 0);
         const auto match = line.match(text);
         if (!match.hasMatch())

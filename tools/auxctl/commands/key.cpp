@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "fs/newfile.h"
 #include "passphrase.h"
 #include "streams.h"
 
@@ -17,9 +16,8 @@ namespace
 QByteArray contentOf(const Call &call)
 {
     const Input input(call.argument(0));
-    QFile file(input.path());
-    if (!file.open(QIODevice::ReadOnly))
-        failOn("open", file);
+    QFile file;
+    input.open(file);
     QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
         failOn("read", file);
@@ -52,10 +50,8 @@ Result reveal(const Call &call)
     const QString text = QString::fromUtf8(contentOf(call)).trimmed();
     const QString phrase = passPhrase(call, PassPhraseKind::Known);
     const QByteArray key = checked(aux::DataHelper::decryptKeyB64(text, phrase));
-    Output output(call, call.argument(1));
-    aux::NewFile file(output.temporaryPath()); // nobody else's to read, also while it is written
-    if (!file.open() || !file.write(key) || !file.commit())
-        fail(QStringLiteral("cannot write %1").arg(output.path()));
+    Output output(call, call.argument(1), Access::Own);
+    output.write(key);
     Result result = record({{"path", output.path()}});
     if (!looksLikeKey(key)) // the pass phrase is not checked by anything else
         result.warnings += "this is no OpenPGP key; was the pass phrase right?";

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "openpgp/keyring.h"
+#include "openpgp/openpgp.h"
 #include "passphrase.h"
 #include "streams.h"
 #include "supervisor.h"
@@ -20,7 +21,7 @@ void stopAgents()
 
 Result importKey(const Call &call)
 {
-    const Input input(call.argument(0));
+    Input input(call.argument(0));
     supervise([] { static_cast<void>(aux::DataHelper::removeKeypairGPG()); }); // half a key is none
     check(aux::DataHelper::importKeypairGPG(input.path()));
     return plainText("imported");
@@ -28,19 +29,19 @@ Result importKey(const Call &call)
 
 Result encrypt(const Call &call)
 {
-    const Input input(call.argument(0));
-    Output output(call, call.argument(1), stopAgents);
-    check(aux::DataHelper::encryptFileGPG(input.path(), output.temporaryPath()));
-    return output.commit(record({{"path", output.path()}}));
+    Input input(call.argument(0));
+    Output output(call, call.argument(1), Access::Own, stopAgents);
+    check(aux::encryptFile(input.path(), output.file()));
+    return output.committed(record({{"path", output.path()}}));
 }
 
 Result decrypt(const Call &call)
 {
     const QString phrase = passPhrase(call, PassPhraseKind::Known);
-    const Input input(call.argument(0));
-    Output output(call, call.argument(1), stopAgents);
-    check(aux::DataHelper::decryptFileGPG(input.path(), output.temporaryPath(), phrase));
-    return output.commit(record({{"path", output.path()}}));
+    Input input(call.argument(0));
+    Output output(call, call.argument(1), Access::Own, stopAgents);
+    check(aux::decryptFile(input.path(), output.file(), phrase));
+    return output.committed(record({{"path", output.path()}}));
 }
 
 Result removeKey(const Call &)

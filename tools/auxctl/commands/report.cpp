@@ -2,7 +2,6 @@
 #include "config/validation.h"
 #include "containerfile.h"
 #include "fs/datadirectories.h"
-#include "fs/newfile.h"
 #include "output.h"
 #include "settings.h"
 #include "streams.h"
@@ -172,10 +171,8 @@ Result makeReport(const Call &call)
     const QByteArray text = QJsonDocument(report.object()).toJson();
     if (call.arguments().isEmpty())
         return {report.object(), QString::fromUtf8(text).trimmed()};
-    Output output(call, call.argument(0));
-    aux::NewFile file(output.temporaryPath());
-    if (!file.open() || !file.write(text) || !file.commit())
-        fail(QStringLiteral("cannot write %1: %2").arg(output.path(), file.cause()));
+    Output output(call, call.argument(0), Access::Own);
+    output.write(text);
     return output.commit({report.object(), "path:  " + printable(output.path())});
 }
 
