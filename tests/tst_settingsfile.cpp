@@ -206,7 +206,7 @@ private Q_SLOTS:
     void plainReaders()
     {
         write(m_file, "{}");
-        prepare("touch -d @2100000000 \"$f\"", m_file); // to come, and in 32 bits
+        prepare("touch -d @2200000000 \"$f\"", m_file); // later than 32 bits can tell
         for (int round = 1000; round < 1020; ++round) {
             m_configuration->setValue(SettingsCode::DeviceLang, QString::number(round));
             QCOMPARE(QSettings().value("device/lang").toInt(), round);

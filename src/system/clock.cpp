@@ -20,7 +20,7 @@ int setClock(const QDateTime &time)
         return EINVAL;
     timeval value{};
     value.tv_sec = static_cast<time_t>(time.toSecsSinceEpoch());
-    if (value.tv_sec != time.toSecsSinceEpoch()) // 32 bits turn 2110 into 1973
+    if (value.tv_sec != static_cast<long>(value.tv_sec)) // Qt and hwclock on 32 bits end in 2038
         return EINVAL;
     return ::settimeofday(&value, nullptr) == 0 ? 0 : errno;
 }
