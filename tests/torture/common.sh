@@ -1,10 +1,10 @@
 # shellcheck shell=bash
-# What the torture scripts share, each of which is called with the settings program.
+# What the torture scripts share, each of which is called with the settings program and auxctl.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-readonly here settings=$1
+readonly here settings=$1 auxctl=$2
 readonly config=/data/config work=/tmp/torture
-readonly operations=(first set commit rollback apply)
+readonly operations=(first set commit rollback apply auxctl)
 
 skip() {
     echo "SKIPPED: $1"
@@ -18,7 +18,7 @@ start() { # [--FUNCTION [ARGUMENT...]]
         return
     fi
     strace -o /dev/null true 2>/dev/null || skip "this machine refuses strace"
-    exec "$here/../../kit/sandbox" "$0" "$settings" --inside
+    exec "$here/../../kit/sandbox" "$0" "$settings" "$auxctl" --inside
 }
 
 file_of() { # ORGANISATION
@@ -33,8 +33,10 @@ place() { # ORGANISATION OPERATION
 
 perform() { # ORGANISATION OPERATION [STRACE_OPTION...]
     local organisation=$1 operation=${2/first/set}
+    local command=("$settings" "$organisation" "$operation" new)
+    [ "$operation" != auxctl ] || command=("$auxctl" config apply "$work/candidate" --app "$organisation/terminal")
     shift 2
-    strace -qq "$@" "$settings" "$organisation" "$operation" new 2>/dev/null
+    strace -qq "$@" "${command[@]}" >/dev/null 2>&1
 }
 
 # Keeps, for each operation, the file before and after it and its system calls.
@@ -43,6 +45,8 @@ record() {
     mkdir -p "$work"
     "$settings" base set old 2>/dev/null
     cp "$(file_of base)" "$work/base"
+    "$settings" candidate set new 2>/dev/null
+    "$auxctl" config export "$work/candidate" --reveal --app candidate/terminal >/dev/null
     for operation in "${operations[@]}"; do
         place "$operation" "$operation"
         perform "$operation" "$operation" -o "$work/$operation.trace"
@@ -50,13 +54,17 @@ record() {
     done
     cp "$work/base" "$work/set.old"
     cp "$work/base" "$work/apply.old"
+    cp "$work/base" "$work/auxctl.old"
     cp "$work/set.new" "$work/commit.old" # what both have written in preparation
     cp "$work/set.new" "$work/rollback.old"
 }
 
-# Lists every system call of an operation as its name and its number among those of that name.
+# Lists every system call of an operation as its name and its number among those of that name. auxctl
+# has changed nothing before it looks for its turn.
 points() { # OPERATION
-    awk -F'(' '/^[a-z0-9_]+\(/ { ++n[$1] } operating { print $1, n[$1] } /"begin\\n"/ { operating = 1 }' \
+    local begin='"begin'
+    [ "$1" != auxctl ] || begin='turn"'
+    awk -F'(' -v begin="$begin" '/^[a-z0-9_]+\(/ { ++n[$1] } operating { print $1, n[$1] } $0 ~ begin { operating = 1 }' \
         "$work/$1.trace"
 }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Lets system calls of a settings write fail: faults.sh SETTINGS_PROGRAM
+# Lets system calls of a settings write fail: faults.sh SETTINGS_PROGRAM AUXCTL
 #
 # A device that keeps failing must leave the old file byte for byte; a single failure anywhere the
 # old or the new one. Neither may leave a temporary file or a lock behind.
@@ -52,4 +52,4 @@ each() { # OPERATION EDIT
     done
 }
 
-start "${@:2}"
+start "${@:3}"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Kills a writer of the settings at every system call it makes: kill.sh SETTINGS_PROGRAM
+# Kills a writer of the settings at every system call it makes: kill.sh SETTINGS_PROGRAM AUXCTL
 #
 # Afterwards the file must be the old or the new one, and a fresh process must come up and write a
 # setting within three seconds, whatever lock was left behind.
@@ -41,10 +41,10 @@ inside() {
     record
     for operation in "${operations[@]}"; do
         # Many at a time: they mostly wait until an empty lock is old enough.
-        points "$operation" | xargs -P 12 -L 1 "$0" "$settings" --point "$operation" |
+        points "$operation" | xargs -P 12 -L 1 "$0" "$settings" "$auxctl" --point "$operation" |
             report || status=1
     done
     return "$status"
 }
 
-start "${@:2}"
+start "${@:3}"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Cuts the power at the moment a settings write has returned: powercut.sh SETTINGS_PROGRAM
+# Cuts the power at the moment a settings write has returned: powercut.sh SETTINGS_PROGRAM AUXCTL
 #
 # The settings are on an ext4 image; what its backing file holds at that moment is what a machine
 # would find after the cut.
@@ -44,4 +44,5 @@ cut_after set first '"lang": "first"' || status=1 # makes the file and its direc
 cut_after set second '"lang": "second"' || status=1
 cut_after commit third '"config_changes": 1' || status=1
 cut_after rollback fourth '"lang": "third"' || status=1
+cut_after apply fifth '"lang": "fifth"' || status=1
 exit "$status"
