@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Cross-builds the Debian packages and the tests of this checkout: build.sh ARCH DIRECTORY
+# Cross-builds the Debian packages of this checkout, and then its tests: build.sh ARCH DIRECTORY
+# or runs a command there instead of building the tests: build.sh ARCH DIRECTORY COMMAND...
 #
 # In a Debian root of its own, DIRECTORY/builder, so that nothing collides with what the machine
 # has. There the packages are left in /, everything else in /libaux. Only what changed is built.
@@ -11,9 +12,19 @@ main() {
     builder=$2/builder
     make_builder "$1" "$checkout"
     copy_sources "$checkout"
-    [ ! -e "$builder/built" ] || return 0
-    in_builder /libaux/kit/terminal/build.sh --inside "$1"
-    touch "$builder/built"
+    build packages "$1"
+    if [ $# -gt 2 ]; then
+        in_builder "${@:3}"
+    else
+        build tests "$1"
+    fi
+}
+
+build() { # WHAT ARCH
+    [ ! -e "$builder/built.$1" ] || return 0
+    echo "Building the $1 for $2" >&2
+    in_builder /libaux/kit/terminal/build.sh --inside "$@"
+    touch "$builder/built.$1"
 }
 
 make_builder() { # ARCH CHECKOUT
@@ -33,12 +44,13 @@ make_builder() { # ARCH CHECKOUT
     cp "$needed" "$builder.control"
 }
 
-# Takes over what changed, and has it built if there is any.
+# Takes over what changed, with the time of now, so that it is newer than what was built before; and
+# has it built if there is any.
 copy_sources() { # CHECKOUT
     local changed
-    changed=$(rsync --archive --omit-dir-times --delete --itemize-changes \
+    changed=$(rsync --archive --no-times --checksum --delete --itemize-changes \
         --exclude=/.git --filter=':- .gitignore' "$1/" "$builder/libaux/")
-    [ -z "$changed" ] || rm -f "$builder/built"
+    [ -z "$changed" ] || rm -f "$builder"/built.*
 }
 
 # What the caller's environment says about building holds for the caller's machine.
@@ -50,19 +62,20 @@ in_builder() {
         env --ignore-environment PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 "$@"
 }
 
-inside() { # ARCH
+inside() { # WHAT ARCH
     cd /libaux
-    echo "Building the packages for $1" >&2
-    rm -f /*.deb debian/files debian/debhelper-build-stamp
-    DEB_BUILD_PROFILES="cross nocheck" DEB_BUILD_OPTIONS="noautodbgsym" \
-        dpkg-buildpackage -us -uc -b -nc -a"$1" >/build.log 2>&1 || fail
-    echo "Building the tests for $1" >&2
-    build_tests "$1" >/build.log 2>&1 || fail
+    "build_$1" "$2" >/build.log 2>&1 || fail
 }
 
 fail() {
     cat /build.log
     exit 1
+}
+
+build_packages() { # ARCH
+    rm -f /*.deb debian/files debian/debhelper-build-stamp
+    DEB_BUILD_PROFILES="cross nocheck" DEB_BUILD_OPTIONS="noautodbgsym" \
+        dpkg-buildpackage -us -uc -b -nc -a"$1"
 }
 
 build_tests() { # ARCH
@@ -75,7 +88,7 @@ build_tests() { # ARCH
 }
 
 if [ "$1" = --inside ]; then
-    inside "$2"
+    inside "${@:2}"
 else
     main "$@"
 fi

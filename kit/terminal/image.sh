@@ -17,7 +17,7 @@ main() {
     *) kernel=linux-image-$1 ;;
     esac
     base_sources | cmp -s - "$2/base.key" || make_base "$1" "$2"
-    [ "$2/layer.img" -nt "$builder/built" ] || make_layer "$2"
+    [ "$2/layer.img" -nt "$builder/built.tests" ] || make_layer "$2"
 }
 
 base_sources() {
