@@ -207,6 +207,19 @@ private Q_SLOTS:
         QCOMPARE(filesIn(inNew).size() + filesIn(inArchive).size(), 1);
     }
 
+    void locationsThatAreFiles()
+    {
+        write(inNew + "f", "content");
+        QDir(inArchive).removeRecursively();
+        write(QDir::cleanPath(inArchive), "file");
+        QCOMPARE(move(QStringLiteral("f")),
+                 "libaux FileHandler: destination directory does not exist 10001");
+        QCOMPARE(
+            text(FsHelper::fileMove(DirLocation::Archive, DirLocation::New, "f", {}, false, {})),
+            "libaux FileHandler: source directory does not exist 10001");
+        QCOMPARE(read(inNew + "f"), QByteArray("content"));
+    }
+
     void destinationThatCannotBeListed()
     {
         write(inNew + "f", "content");

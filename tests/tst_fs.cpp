@@ -95,7 +95,7 @@ private Q_SLOTS:
             QCOMPARE(FsHelper::createPathName(location, QStringLiteral("f")), QStringLiteral("/f"));
             QCOMPARE(text(FsHelper::createDirList(location).first), noSuchDirectory);
             QCOMPARE(text(FsHelper::getNumberOfDirEntries(location).first), noSuchDirectory);
-            QCOMPARE(text(FsHelper::fileMove(location, DirLocation::New, "f", {}, false, {})),
+            QCOMPARE(text(FsHelper::fileMove(location, DirLocation::New, "etc", {}, false, {})),
                      QStringLiteral("libaux FileHandler: source directory does not exist 10001"));
             QCOMPARE(
                 text(FsHelper::fileMove(DirLocation::New, location, "f", {}, false, {})),

@@ -24,7 +24,9 @@ struct Move {
     QString source;
     QString destination;
     DirLocation to;
-    std::optional<Status> status; // of the source, links followed
+    std::optional<Status> status;  // of the source, links followed
+    std::optional<Status> present; // of the destination
+    qint64 space;                  // left in its directory; negative where that cannot be told
     QString checksum;
     bool checkChecksum;
 
@@ -64,7 +66,7 @@ Error moveNew(const Move &move)
     const Verdict verdict = move.verdictOn(move.source);
     if (!verdict.isGood)
         return checksumMismatch(verdict);
-    if (!FsHelper::checkFreeSpace(move.to, move.status->st_size + headRoom))
+    if (move.space < move.status->st_size + headRoom)
         return failure(ErrorId::NoSpace,
                        QStringLiteral("FileHandler: not enough space in destination"),
                        causeOf(FsHelper::dirLocationToFullPath(move.to), ENOSPC));
@@ -106,6 +108,13 @@ Error discardDuplicate(const Move &move)
     return {};
 }
 
+/// Returns whether the directory of a location is there; `isProven` by what was found in it.
+bool isThere(DirLocation location, bool isProven)
+{
+    return isProven ? !FsHelper::dirLocationToFullPath(location).isEmpty()
+                    : directoryExists(location);
+}
+
 Error start(Move move)
 {
     if (!move.status)
@@ -115,8 +124,7 @@ Error start(Move move)
     if ((move.status->st_mode & S_IRUSR) == 0)
         return failure(ErrorId::NotReadable, QStringLiteral("FileHandler: cannot read source file"),
                        causeOf(move.source, QStringLiteral("its owner may not read it")));
-    const std::optional<Status> present = statusOf(move.destination);
-    return present && S_ISREG(present->st_mode) ? discardDuplicate(move) : moveNew(move);
+    return move.present && S_ISREG(move.present->st_mode) ? discardDuplicate(move) : moveNew(move);
 }
 
 } // namespace
@@ -127,18 +135,21 @@ Error FsHelper::fileMove(DirLocation from, DirLocation to, const QString &fileNa
     const QString &newName = newFileName.isEmpty() ? fileName : newFileName;
     const QString source = createPathName(from, QFileInfo(fileName).fileName());
     const QString destination = createPathName(to, QFileInfo(newName).fileName());
-    Move move{Turn(dirLocationToFullPath(to)),
+    const QString target = dirLocationToFullPath(to);
+    Move move{Turn(target),
               source,
               destination,
               to,
               statusOf(source),
+              statusOf(destination),
+              freeSpace(target + QLatin1Char('/')), // of nothing but a directory
               checksum,
               checkChecksum};
-    if (!directoryExists(from))
+    if (!isThere(from, move.status.has_value()))
         return failure(ErrorId::General,
                        QStringLiteral("FileHandler: source directory does not exist"),
                        causeOfMissing(from));
-    if (!directoryExists(to))
+    if (!isThere(to, move.space >= 0))
         return failure(ErrorId::General,
                        QStringLiteral("FileHandler: destination directory does not exist"),
                        causeOfMissing(to));
