@@ -202,8 +202,9 @@ private Q_SLOTS:
         prepare("test $(stat -c %u:%g:%a \"$f\") = 1:2:640", m_file);
     }
 
-    /// A plain QSettings sees a change by size and time only, whatever the file system keeps of it.
-    void plainReaders()
+    /// A plain QSettings sees a change by size and time only, whatever the file system keeps of it;
+    /// what it has not yet written is there for the whole process.
+    void plainSettings()
     {
         write(m_file, "{}");
         prepare("touch -d @2200000000 \"$f\"", m_file); // later than 32 bits can tell
@@ -211,6 +212,9 @@ private Q_SLOTS:
             m_configuration->setValue(SettingsCode::DeviceLang, QString::number(round));
             QCOMPARE(QSettings().value("device/lang").toInt(), round);
         }
+        QSettings unwritten;
+        unwritten.setValue("device/lang", "fr");
+        QCOMPARE(m_configuration->getValue(SettingsCode::DeviceLang), QVariant("fr"));
     }
 };
 

@@ -172,12 +172,10 @@ CurrentSettings::CurrentSettings()
     const QFileInfo info(file);
     QByteArray text;
     if (info.isFile() || !info.exists()) // QSettings would wait for anything else
-        m_file.emplace();
+        const QSettings sharedWithOthers(file, QSettings::defaultFormat());
     m_reason = readWhole(file, text);
     if (m_reason.isNone())
         m_stored = parsed(text);
-    else
-        m_file.reset();
     m_pending = pendingOf(file);
 }
 
@@ -190,7 +188,11 @@ QVariant CurrentSettings::value(const QString &key, const QVariant &fallback) co
     const auto stored = m_stored.constFind(storedKey);
     if (stored != m_stored.constEnd())
         return *stored;
-    return m_file ? m_file->value(key, fallback) : fallback;
+    if (!isComplete())
+        return fallback;
+    if (!m_fallbacks)
+        m_fallbacks.emplace();
+    return m_fallbacks->value(key, fallback);
 }
 
 Reason changeSettings(const Change &change, WhenNotWritten whenNotWritten)

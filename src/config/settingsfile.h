@@ -38,7 +38,8 @@ private:
     QSettings::SettingsMap m_pending;
     // QSettings may have read an old file, and then looked at the time of a new one.
     QSettings::SettingsMap m_stored;
-    std::optional<QSettings> m_file; // what is only here comes from the files it falls back to
+    // Opened when first needed: what is only here comes from the files it falls back to.
+    mutable std::optional<QSettings> m_fallbacks;
 };
 
 /// Changes settings whose keys have no leading "/".
