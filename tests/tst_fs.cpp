@@ -7,7 +7,10 @@
 #include "support/observe.h"
 #include "support/rows.h"
 
+#include <future>
+
 #include <fcntl.h>
+#include <gcrypt.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -264,6 +267,41 @@ private Q_SLOTS:
             QStringLiteral("libaux Internal error: path cannot be read 10001");
         QCOMPARE(failure(QStringLiteral("/sys/class/net/lo/mtu")), unreadable);
         QCOMPARE(failure(QStringLiteral("/proc/self/mem")), unreadable); // size 0, read error
+    }
+
+    /// In a process of its own: libgcrypt is made ready once.
+    void hashingWithTheApplication_data()
+    {
+        row("the library comes first", false);
+        row("the application comes first", true);
+    }
+    void hashingWithTheApplication()
+    {
+        const auto [isFirst] = cells<bool>();
+        if (!qEnvironmentVariableIsSet("HASHING")) {
+            qputenv("HASHING", "1");
+            const auto restore = qScopeGuard([] { qunsetenv("HASHING"); });
+            const QString name = QString::fromUtf8(QTest::currentDataTag());
+            QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(),
+                                       {"hashingWithTheApplication:" + name}),
+                     0);
+            return;
+        }
+        if (isFirst) {
+            gcry_check_version(nullptr);
+            gcry_control(GCRYCTL_INIT_SECMEM, 16384, 0);
+            gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0);
+        }
+        std::vector<std::future<QString>> checksums;
+        for (char letter = 'a'; letter < 'i'; ++letter) {
+            write(inNew + QLatin1Char(letter), QByteArray(1 << 20, letter));
+            checksums.push_back(std::async(std::launch::async, [letter] {
+                return FsHelper::generateChecksum(inNew + QLatin1Char(letter)).second;
+            }));
+        }
+        for (char letter = 'a'; letter < 'i'; ++letter)
+            QCOMPARE(checksums[letter - 'a'].get(), sha256(QByteArray(1 << 20, letter)));
+        QCOMPARE(gcry_is_secure(gcry_malloc_secure(16)) != 0, isFirst); // what it has asked for
     }
 
     void validation_data()
