@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "openpgp/gpglisting.h"
+#include "openpgp/signatures.h"
 
 #include "support/rows.h"
 
@@ -17,6 +17,12 @@ QByteArray listing(const QList<QByteArrayList> &parts)
                  ":255:22:0123456789ABCDEF:" + part[1] + "::::::" + part[2] +
                  "::::::23::0:\nfpr:::::::::F00D:\n";
     return lines + "uid:-::::1700000000::0123::name::::::::::0:\n";
+}
+
+/// Status lines, with semicolons between them.
+aux::gpg::Status statusOf(QByteArray keywords)
+{
+    return aux::gpg::Status("[GNUPG:] " + keywords.replace(";", "\n[GNUPG:] ") + '\n');
 }
 
 } // namespace
@@ -46,7 +52,7 @@ private Q_SLOTS:
         QCOMPARE(keys.size(), 1);
         QCOMPARE(keys[0].fingerprint, QByteArray("F00D"));
         QCOMPARE(keys[0].whyInvalid(now).text(), whyInvalid);
-        QCOMPARE(keys[0].whyUseless(now).text(), whyUseless);
+        QCOMPARE(keys[0].whyUseless(aux::gpg::Key::Use::Encrypting, now).text(), whyUseless);
     }
 
     void decrypting_data()
@@ -67,9 +73,36 @@ private Q_SLOTS:
     void decrypting()
     {
         const auto [keywords, hasSucceeded, reason] = cells<QByteArray, bool, QString>();
-        const aux::gpg::Status status("[GNUPG:] " +
-                                      QByteArray(keywords).replace(";", "\n[GNUPG:] ") + '\n');
-        QCOMPARE(status.whyNotDecrypted(hasSucceeded).text(), reason);
+        QCOMPARE(statusOf(keywords).whyNotDecrypted(hasSucceeded).text(), reason);
+    }
+
+    void judging_data()
+    {
+        const QByteArray good =
+            "NEWSIG;GOODSIG 1 a;VALIDSIG F 2020-01-01 1577836800 0 4 0 22 8 00 P";
+        const QByteArray unknown = "NEWSIG;ERRSIG 1 22 8 00 1577836800 9 -;NO_PUBKEY 1";
+        const QString damaged = "signature is damaged";
+        const QString notJudged = "gpgv failed";
+        row("good", good, true, "");
+        row("good, but gpgv failed", good, false, notJudged);
+        row("good, after an unknown one", unknown + ';' + good, false, "");
+        row("the same, and gpgv says why it ends",
+            unknown + ';' + good + ";FAILURE gpg-exit 33554433", false, notJudged);
+        row("keyring not read", "ERROR keydb_search 33554445;" + unknown, false, notJudged);
+        row("good, half a line", good.chopped(2), true, damaged);
+        row("good by a word inside", QByteArray("NEWSIG;NOTATION_DATA GOODSIG"), true, damaged);
+        row("another message behind it", "PLAINTEXT 62 0;" + good + ";NODATA 3", false, damaged);
+        row("and a signature", "PLAINTEXT 62 0;" + good + ";PLAINTEXT 62 0;" + good, true, damaged);
+        row("a kind of key to come", QByteArray("NEWSIG;ERRSIG 1 99 8 00 1577836800 4 -"), false,
+            damaged);
+    }
+    void judging()
+    {
+        const auto [keywords, hasSucceeded, reason] = cells<QByteArray, bool, QString>();
+        const auto [refusal, signature] =
+            aux::gpg::judgeSignatures(statusOf(keywords), hasSucceeded, now);
+        QCOMPARE(refusal.text(), reason);
+        QCOMPARE(signature.fingerprint, QString(reason.isEmpty() ? "P" : ""));
     }
 };
 

@@ -6,6 +6,7 @@
 #include <aux/export.h>
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -16,7 +17,7 @@ namespace aux
 {
 
 /// Packs files into verified containers and unpacks them, reads USB id lists, hides keys behind a
-/// pass phrase, and encrypts files with OpenPGP.
+/// pass phrase, and encrypts and signs files with OpenPGP.
 ///
 ///     using aux::DataHelper;
 ///     aux::Error error = DataHelper::packFileToBinContainer(file, DataHelper::ZEL_FILE_TYPE::DDDF,
@@ -38,7 +39,7 @@ namespace aux
 /// holds. An error that the system has caused says so in its extra data: "PATH: EXPLANATION".
 ///
 /// The digest shows that a container arrived as it was packed. It does not show who packed it:
-/// whoever changes the payload can put the right digest beside it.
+/// whoever changes the payload can put the right digest beside it. A signature does.
 class AUX_EXPORT DataHelper
 {
 public:
@@ -50,6 +51,12 @@ public:
         GPGF,    ///< OpenPGP key
         UPDF,    ///< update
         Unknown, ///< what unpacking gives for an unknown magic; cannot be packed
+    };
+
+    /// Who has signed something, and when.
+    struct Signature {
+        QString fingerprint; ///< of the primary key, also where a subkey has signed: upper case hex
+        QDateTime time;      ///< as the signer's clock said, in UTC
     };
 
     /// Makes a type a key of QHash.
@@ -230,10 +237,73 @@ public:
     /// - "no secret key for this message": it is to another key or to a pass phrase, or only the
     ///   public key was imported
     /// - "message is damaged or was tampered with": also where it is cut off
-    /// - "signature of the message cannot be verified": the keyring holds no other's key
+    /// - "signature of the message cannot be verified": the keyring holds no other's key; the
+    ///   decryptFileGPG below is for such messages
     /// - "input is no encrypted message".
     static Error decryptFileGPG(const QString &inFile, const QString &outFile,
                                 const QString &passPhrase);
+    /// Decrypts a message that is also signed, and verifies the signature as verifyFileGPG does,
+    /// with the keys of `keyringFile` alone. The result gets its name only where both hold; returns
+    /// who has signed it. For a while the output's file system holds the message twice, without a
+    /// name.
+    ///
+    /// @fails with 10001, "decryptFileGPG: " and
+    /// - those of the other decryptFileGPG
+    /// - those of verifyFileGPG on keyring, signature, key and gpgv; the signature is in the
+    /// message
+    /// - "file does not match the signature": what was signed is not what the message holds
+    /// - "message is not signed".
+    static std::pair<Error, Signature> decryptFileGPG(const QString &inFile, const QString &outFile,
+                                                      const QString &passPhrase,
+                                                      const QString &keyringFile);
+    /// Signs a file with the imported key pair: a detached, binary OpenPGP signature (RFC 4880). An
+    /// empty pass phrase for a key without one.
+    ///
+    /// @fails with 10001, "signFileGPG: " and
+    /// - those of base64 on files
+    /// - "gpg cannot be started", "gpg did not end in time", "gpg was killed"
+    /// - "no key is imported", "gpg failed", "gpg-agent cannot be ended"
+    /// - "no room in /tmp/gpg-temp-keyring"
+    /// - "/tmp/gpg-temp-keyring is not this program's own directory"
+    /// - "/tmp/gpg-temp-keyring is in use"
+    /// - "pass phrase contains a line break or NUL"
+    /// - "pass phrase is too long": of more than 255 bytes
+    /// - "pass phrase cannot be handed to gpg"
+    /// - "wrong pass phrase"
+    /// - "no secret key to sign with": only the public key was imported
+    /// - "key has expired", "key is revoked", "key is not valid", "key cannot sign"
+    /// - "key was made after what the clock says now".
+    static Error signFileGPG(const QString &file, const QString &signatureFile,
+                             const QString &passPhrase);
+    /// Verifies a detached OpenPGP signature over a file, by a key of a file of trusted public keys
+    /// ("gpg --export"), with the program "gpgv"; returns who has signed it, and when. Signature
+    /// and keys may be binary or armoured. Uses neither the temporary keyring nor any other key of
+    /// the machine, waits for nobody, writes nothing.
+    ///
+    /// Of several signatures at least one must be good; those by keys that are not trusted do not
+    /// count, and none may have another fault. What is verified is the content at the time of the
+    /// call: who must not change the file afterwards is the caller's concern. gpgv gets 256 MiB of
+    /// memory.
+    ///
+    /// @fails with 10001, "verifyFileGPG: ", no signature, and
+    /// - "Failed to open file for reading": `file` is missing, not readable or no regular file
+    /// - "signature cannot be read", "keyring cannot be read": the same of the other two
+    /// - "signature is too large": of more than 64 KiB
+    /// - "keyring is too large": of more than 1 MiB
+    /// - "keyring holds no public key": it does not begin with one, or is cut off
+    /// - "signature is not by a trusted key"
+    /// - "file does not match the signature"
+    /// - "signature is damaged": it is no detached signature, or cut off, or of an unknown kind
+    /// - "signature does not cover every byte": it was made in text mode, without the line ends
+    /// - "signature uses a weak digest": SHA-1, MD5 or RIPEMD-160
+    /// - "signature has expired", "key has expired": even where it was good at the time
+    /// - "key is revoked": before or after it has signed
+    /// - "key is not valid": it lacks a valid signature of its own with a better digest than those,
+    ///   or is younger than the signature
+    /// - "signature was made after what the clock says now": also where the key was
+    /// - "gpgv failed", "gpgv cannot be started", "gpgv did not end in time", "gpgv was killed".
+    static std::pair<Error, Signature>
+    verifyFileGPG(const QString &file, const QString &signatureFile, const QString &keyringFile);
     /// Removes the temporary keyring and ends what runs on it; no keyring is success.
     ///
     /// @fails with 10001, "removeKeypairGPG: " and

@@ -28,7 +28,7 @@ QString directoryOf(const QString &path)
 
 } // namespace
 
-NewFile::NewFile() : m_path(QDir::tempPath() + QLatin1Char('/')), m_isNamed(false) {}
+NewFile::NewFile() : NewFile(QDir::tempPath() + QLatin1Char('/'), false) {}
 
 QString NewFile::pathWithoutName() const
 {

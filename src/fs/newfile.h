@@ -27,6 +27,8 @@ public:
     }
     /// One that never gets a name, in the directory for temporary files, which is its path().
     NewFile();
+    /// One that never gets a name, beside another.
+    static NewFile beside(const NewFile &other) { return {other.m_path, false}; }
 
     /// Makes the file, unless it is open already; false also where it could not get the name in the
     /// end.
@@ -50,6 +52,8 @@ public:
     const QString &cause() const { return m_cause; }
 
 private:
+    NewFile(QString path, bool isNamed) : m_path(std::move(path)), m_isNamed(isNamed) {}
+
     bool mayTakeName();
     bool rename();
     bool failed(const QString &explanation);

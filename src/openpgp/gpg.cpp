@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "openpgp/gpg.h"
-#include "openpgp/keyring.h"
 
 #include <array>
 #include <cerrno>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 namespace aux::gpg
@@ -25,11 +25,12 @@ constexpr rlim_t memoryLimit = 240UL * 1024 * 1024;
 
 const Reason notHandedOver = QStringLiteral("pass phrase cannot be handed to gpg");
 
-QStringList commonOptions()
+/// No settings of the machine's, and no text for people.
+QStringList gpgOptions(const QString &home)
 {
     return {QStringLiteral("--no-options"),
             QStringLiteral("--homedir"),
-            Keyring::path,
+            home,
             QStringLiteral("--batch"),
             QStringLiteral("--no-tty"),
             QStringLiteral("--yes"),
@@ -43,11 +44,49 @@ QStringList commonOptions()
             QStringLiteral("always")};
 }
 
+/// MD5 it refuses by itself.
+QStringList gpgvOptions()
+{
+    return {QStringLiteral("--homedir"),     QStringLiteral("/nonexistent"),
+            QStringLiteral("--status-fd"),   QLatin1String(statusDescriptor),
+            QStringLiteral("--log-file"),    QStringLiteral("/dev/null"),
+            QStringLiteral("--weak-digest"), QStringLiteral("SHA1"),
+            QStringLiteral("--weak-digest"), QStringLiteral("RIPEMD160")};
+}
+
 } // namespace
 
-Run::Run()
+Run::Run(const QString &home) : Run(QStringLiteral("gpg"), gpgOptions(home)) {}
+
+Run::Run(QString name, QStringList options) : m_name(std::move(name)), m_options(std::move(options))
 {
     m_program.limit(RLIMIT_DATA, memoryLimit);
+}
+
+Run Run::gpgv()
+{
+    return {QStringLiteral("gpgv"), gpgvOptions()};
+}
+
+/// Under a number that is none of a standard stream: where this process has closed its own, the
+/// program still has them. Returns -1 with errno where that cannot be.
+int Run::inherit(int descriptor)
+{
+    m_inherited.emplace_back(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    const int number = m_inherited.back().number();
+    if (number >= 0)
+        m_program.inherit(number);
+    return number;
+}
+
+QString Run::show(const QByteArray &content)
+{
+    const Descriptor file(::memfd_create("libaux", MFD_CLOEXEC));
+    const auto size = static_cast<size_t>(content.size());
+    if (!file.isOpen() || ::write(file.number(), content.constData(), size) != content.size())
+        return {};
+    const int number = inherit(file.number());
+    return number < 0 ? QString() : QStringLiteral("/proc/self/fd/%1").arg(number);
 }
 
 Reason Run::setPassPhrase(const QString &passPhrase)
@@ -62,22 +101,19 @@ Reason Run::setPassPhrase(const QString &passPhrase)
         return notHandedOver.because(Keyring::path, errno);
     const Descriptor readEnd(ends[0]);
     const Descriptor writeEnd(ends[1]);
-    // Where this process has closed its standard streams, gpg still has them.
-    m_secret = Descriptor(::fcntl(readEnd.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    if (!m_secret.isOpen() || ::write(writeEnd.number(), line.constData(),
-                                      static_cast<size_t>(line.size())) != line.size())
+    const int secret = inherit(readEnd.number());
+    if (secret < 0 || ::write(writeEnd.number(), line.constData(),
+                              static_cast<size_t>(line.size())) != line.size())
         return notHandedOver;
-    m_program.inherit(m_secret.number());
-    m_options = QStringList{QStringLiteral("--pinentry-mode"), QStringLiteral("loopback"),
-                            QStringLiteral("--passphrase-fd"), QString::number(m_secret.number()),
-                            QStringLiteral("--no-symkey-cache")};
+    m_options += QStringList{QStringLiteral("--pinentry-mode"), QStringLiteral("loopback"),
+                             QStringLiteral("--passphrase-fd"), QString::number(secret),
+                             QStringLiteral("--no-symkey-cache")};
     return {};
 }
 
 Reason Run::execute(const QStringList &command, const HelperProgram::Timeout &timeout)
 {
-    Reason reason =
-        m_program.run(QStringLiteral("gpg"), commonOptions() + m_options + command, timeout);
+    Reason reason = m_program.run(m_name, m_options + command, timeout);
     m_status = Status(m_program.errors());
     return reason;
 }

@@ -25,9 +25,12 @@ constexpr int secretKept = 11;
 constexpr int typeField = 0;
 constexpr int validityField = 1;
 constexpr int createdField = 5;
-constexpr int fingerprintField = 9;
+constexpr int expiresField = 6;
+constexpr int nameField = 9;
+constexpr int fingerprintField = nameField;
 constexpr int capabilitiesField = 11;
 
+const Reason wrongPassPhrase = QStringLiteral("wrong pass phrase");
 const Reason tooNew = QStringLiteral("key was made after what the clock says now");
 
 Key::Validity validityFrom(const QByteArray &letter)
@@ -44,8 +47,24 @@ Key keyFrom(const QByteArrayList &fields)
     Key key;
     key.validity = validityFrom(fields.value(validityField));
     key.created = fields.value(createdField).toLongLong();
+    key.expires = fields.value(expiresField).toLongLong();
     key.capabilities = fields.value(capabilitiesField);
     return key;
+}
+
+/// A text in which a colon is written as "\\x3a", and what is no text likewise.
+QString unescaped(const QByteArray &field)
+{
+    QByteArray text;
+    for (int index = 0; index < field.size(); ++index) {
+        if (field.mid(index, 2) != "\\x") {
+            text += field[index];
+            continue;
+        }
+        text += QByteArray::fromHex(field.mid(index + 2, 2));
+        index += 3;
+    }
+    return QString::fromUtf8(text);
 }
 
 } // namespace
@@ -58,10 +77,24 @@ Status::Status(const QByteArray &output)
     }
 }
 
-bool Status::has(const char *keyword) const
+QByteArrayList Status::line(const char *keyword) const
 {
-    return std::any_of(m_lines.begin(), m_lines.end(),
-                       [keyword](const QByteArrayList &line) { return line.first() == keyword; });
+    const auto found =
+        std::find_if(m_lines.begin(), m_lines.end(),
+                     [keyword](const QByteArrayList &line) { return line.first() == keyword; });
+    return found == m_lines.end() ? QByteArrayList() : *found;
+}
+
+QVector<Status> Status::from(const char *keyword) const
+{
+    QVector<Status> parts;
+    for (const QByteArrayList &line : m_lines) {
+        if (line.first() == keyword)
+            parts += Status();
+        if (!parts.isEmpty())
+            parts.last().m_lines += line;
+    }
+    return parts;
 }
 
 Reason Status::whyNotDecrypted(bool hasSucceeded) const
@@ -72,7 +105,7 @@ Reason Status::whyNotDecrypted(bool hasSucceeded) const
     if (hasSucceeded && isWhole && hasKey)
         return {};
     if (isPassPhraseWrong())
-        return QStringLiteral("wrong pass phrase");
+        return wrongPassPhrase;
     if (!hasKey && (isWhole || has("NO_SECKEY")))
         return QStringLiteral("no secret key for this message");
     if (isWhole && (has("ERRSIG") || has("BADSIG")))
@@ -83,11 +116,23 @@ Reason Status::whyNotDecrypted(bool hasSucceeded) const
     return QStringLiteral("input is no encrypted message");
 }
 
-/// Whether the line "ERROR pkdecrypt_failed" has one of these codes of libgpg-error.
+Reason Status::whyNotSigned(bool hasSucceeded) const
+{
+    if (hasSucceeded && has("SIG_CREATED"))
+        return {};
+    if (isPassPhraseWrong())
+        return wrongPassPhrase;
+    return has("INV_SGNR") ? QStringLiteral("no secret key to sign with")
+                           : QStringLiteral("gpg failed");
+}
+
+/// Whether decrypting or signing has failed with one of these codes of libgpg-error.
 bool Status::isPassPhraseWrong() const
 {
     return std::any_of(m_lines.begin(), m_lines.end(), [](const QByteArrayList &line) {
-        if (line.mid(0, 2) != QByteArrayList{"ERROR", "pkdecrypt_failed"})
+        const QByteArrayList what = line.mid(0, 2);
+        if (what != QByteArrayList{"ERROR", "pkdecrypt_failed"} &&
+            what != QByteArrayList{"FAILURE", "sign"})
             return false;
         const unsigned int code = line.value(2).toUInt() & codeMask;
         return code == badPassPhrase || code == noPassPhrase;
@@ -106,10 +151,10 @@ Reason Key::whyInvalid(qint64 now) const
 {
     if (created > now)
         return tooNew;
-    return validity == Validity::Invalid ? QStringLiteral("key is not valid") : Reason();
+    return validity == Validity::Invalid ? keyInvalid : Reason();
 }
 
-Reason Key::whyUseless(qint64 now) const
+Reason Key::whyUseless(Use use, qint64 now) const
 {
     Reason invalid = whyInvalid(now);
     if (!invalid.isNone())
@@ -119,19 +164,20 @@ Reason Key::whyUseless(qint64 now) const
     const auto hasPart = [&parts](const std::function<bool(const Key &)> &isSuch) {
         return std::any_of(parts.begin(), parts.end(), isSuch);
     };
-    if (hasPart([now](const Key &part) {
-            return part.capabilities.contains('e') && part.validity == Validity::Fine &&
-                   part.created <= now;
+    if (hasPart([now, use](const Key &part) {
+            return part.capabilities.contains(static_cast<char>(use)) &&
+                   part.validity == Validity::Fine && part.created <= now;
         }))
         return {};
     // What a part could do is not told where it cannot any more.
     if (hasPart([](const Key &part) { return part.validity == Validity::Revoked; }))
-        return QStringLiteral("key is revoked");
+        return keyRevoked;
     if (hasPart([](const Key &part) { return part.validity == Validity::Expired; }))
-        return QStringLiteral("key has expired");
-    return hasPart([now](const Key &part) { return part.created > now; })
-               ? tooNew
-               : QStringLiteral("key cannot encrypt");
+        return keyExpired;
+    if (hasPart([now](const Key &part) { return part.created > now; }))
+        return tooNew;
+    return use == Use::Encrypting ? QStringLiteral("key cannot encrypt")
+                                  : QStringLiteral("key cannot sign");
 }
 
 QVector<Key> parseKeys(const QByteArray &listing)
@@ -149,6 +195,8 @@ QVector<Key> parseKeys(const QByteArray &listing)
             last = &keys.last().subkeys.last();
         } else if (type == "fpr" && last != nullptr) {
             last->fingerprint = fields.value(fingerprintField);
+        } else if (type == "uid" && !keys.isEmpty() && keys.last().name.isNull()) {
+            keys.last().name = unescaped(fields.value(nameField));
         }
     }
     return keys;

@@ -3,6 +3,7 @@
 #include "aux/datahelper.h"
 #include "openpgp/gpg.h"
 #include "openpgp/keyring.h"
+#include "openpgp/verification.h"
 
 #include <QDateTime>
 
@@ -72,6 +73,11 @@ Reason whyNotEncrypted(const gpg::Run &run)
     return run.hasSucceeded() && run.status().has("END_ENCRYPTION") ? Reason() : notDone;
 }
 
+Reason whyNotSigned(const gpg::Run &run)
+{
+    return run.status().whyNotSigned(run.hasSucceeded());
+}
+
 Reason whyNotDecrypted(const gpg::Run &run)
 {
     return run.status().whyNotDecrypted(run.hasSucceeded());
@@ -100,23 +106,43 @@ Reason cryptFileGPG(FilePair &files, gpg::Run &run, const QStringList &command,
     return reason.isNone() ? stopFailure : reason;
 }
 
-Reason encrypt(FilePair &files)
+/// The imported key, or why it cannot serve for this.
+std::pair<Reason, QString> keyFor(gpg::Key::Use use)
 {
     const auto [listingFailure, keys] = importedKeys();
     if (!listingFailure.isNone())
-        return listingFailure;
+        return {listingFailure, {}};
     const gpg::Key key = keys.value(0);
-    Reason useless = keys.isEmpty() ? Keyring::noKey : key.whyUseless(now());
+    return {keys.isEmpty() ? Keyring::noKey : key.whyUseless(use, now()),
+            QString::fromLatin1(key.fingerprint)};
+}
+
+Reason encrypt(FilePair &files)
+{
+    const auto [useless, key] = keyFor(gpg::Key::Use::Encrypting);
     if (!useless.isNone())
         return useless;
     gpg::Run run;
     return cryptFileGPG(files, run,
-                        {QStringLiteral("--recipient"), QString::fromLatin1(key.fingerprint),
-                         QStringLiteral("--encrypt")},
+                        {QStringLiteral("--recipient"), key, QStringLiteral("--encrypt")},
                         whyNotEncrypted);
 }
 
-Reason decrypt(FilePair &files, const QString &passPhrase)
+Reason sign(FilePair &files, const QString &passPhrase)
+{
+    const auto [useless, key] = keyFor(gpg::Key::Use::Signing);
+    if (!useless.isNone())
+        return useless;
+    gpg::Run run;
+    Reason reason = run.setPassPhrase(passPhrase);
+    if (!reason.isNone())
+        return reason;
+    return cryptFileGPG(files, run,
+                        {QStringLiteral("--local-user"), key, QStringLiteral("--detach-sign")},
+                        whyNotSigned);
+}
+
+Reason decrypt(FilePair &files, const QString &passPhrase, const QStringList &options = {})
 {
     gpg::Run run;
     Reason reason = run.setPassPhrase(passPhrase);
@@ -124,20 +150,27 @@ Reason decrypt(FilePair &files, const QString &passPhrase)
         reason = files.keepSpaceFree(run.program());
     if (!reason.isNone())
         return reason;
-    return cryptFileGPG(files, run, {QStringLiteral("--decrypt")}, whyNotDecrypted);
+    return cryptFileGPG(files, run, options + QStringList(QStringLiteral("--decrypt")),
+                        whyNotDecrypted);
 }
 
-/// Takes the turn, opens both files and does it; the output gets its name only where all went well.
+/// Takes the turn, opens both files and does it.
 template <typename Operation>
-Error onFiles(const char *name, const QString &inFile, NewFile &output, const Operation &operation)
+Reason withKey(FilePair &files, const Operation &operation)
 {
-    FilePair files(inFile, output);
     Keyring keyring;
     Reason reason = keyring.requireKeyring();
     if (reason.isNone())
         reason = files.open();
-    if (reason.isNone())
-        reason = operation(files);
+    return reason.isNone() ? operation(files) : reason;
+}
+
+/// The same; the output gets its name only where all went well.
+template <typename Operation>
+Error onFiles(const char *name, const QString &inFile, NewFile &output, const Operation &operation)
+{
+    FilePair files(inFile, output);
+    const Reason reason = withKey(files, operation);
     return outcome(name, reason.isNone() ? files.commit() : reason);
 }
 
@@ -152,6 +185,30 @@ Error decryptFile(const QString &inFile, NewFile &output, const QString &passPhr
 {
     return onFiles("decryptFileGPG", inFile, output,
                    [&passPhrase](FilePair &files) { return decrypt(files, passPhrase); });
+}
+
+std::pair<Error, DataHelper::Signature> decryptFile(const QString &inFile, NewFile &output,
+                                                    const QString &passPhrase,
+                                                    const QString &keyringFile)
+{
+    NewFile signedMessage = NewFile::beside(output);
+    FilePair outer(inFile, signedMessage);
+    Reason reason = withKey(outer, [&passPhrase](FilePair &files) {
+        return decrypt(files, passPhrase, {QStringLiteral("--unwrap")});
+    });
+    FilePair inner(signedMessage.pathWithoutName(), output);
+    Verdict verdict{reason};
+    if (reason.isNone())
+        verdict = verifyMessage(inner, keyringFile);
+    if (verdict.reason.isNone())
+        verdict.reason = inner.commit();
+    return verdict.result("decryptFileGPG");
+}
+
+Error signFile(const QString &file, NewFile &signature, const QString &passPhrase)
+{
+    return onFiles("signFileGPG", file, signature,
+                   [&passPhrase](FilePair &files) { return sign(files, passPhrase); });
 }
 
 Error DataHelper::importKeypairGPG(const QString &keyFile)
@@ -177,6 +234,22 @@ Error DataHelper::decryptFileGPG(const QString &inFile, const QString &outFile,
 {
     NewFile output(outFile);
     return decryptFile(inFile, output, passPhrase);
+}
+
+std::pair<Error, DataHelper::Signature> DataHelper::decryptFileGPG(const QString &inFile,
+                                                                   const QString &outFile,
+                                                                   const QString &passPhrase,
+                                                                   const QString &keyringFile)
+{
+    NewFile output(outFile);
+    return decryptFile(inFile, output, passPhrase, keyringFile);
+}
+
+Error DataHelper::signFileGPG(const QString &file, const QString &signatureFile,
+                              const QString &passPhrase)
+{
+    NewFile signature(signatureFile);
+    return signFile(file, signature, passPhrase);
 }
 
 Error DataHelper::removeKeypairGPG()

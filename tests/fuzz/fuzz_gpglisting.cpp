@@ -9,7 +9,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
 {
     const QByteArray text(reinterpret_cast<const char *>(data), static_cast<int>(size));
     for (const aux::gpg::Key &key : aux::gpg::parseKeys(text)) {
-        if (key.whyUseless(0).isNone() && !key.whyInvalid(0).isNone())
+        if (key.whyUseless(aux::gpg::Key::Use::Encrypting, 0).isNone() &&
+            !key.whyInvalid(0).isNone())
             std::abort();
     }
     const aux::gpg::Status status(text);

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "openpgp/signatures.h"
+
+#include <array>
+
+namespace aux::gpg
+{
+
+namespace
+{
+
+// Words of the line VALIDSIG.
+constexpr int validTime = 3;
+constexpr int validDigest = 8;
+constexpr int validClass = 9;
+constexpr int validPrimaryKey = 10;
+
+// Words of the line ERRSIG, and codes of libgpg-error in the last of them.
+constexpr int errorDigest = 3;
+constexpr int errorTime = 5;
+constexpr int errorCode = 6;
+constexpr int badPublicKey = 6;
+constexpr int noPublicKey = 9;
+constexpr int timeConflict = 39;
+
+const QByteArrayList weakDigests{"1", "2", "3"}; // MD5, SHA-1, RIPEMD-160 (RFC 4880, 9.4)
+const QByteArray ofBytes = "00";                 // the class of a binary document (5.2.1)
+
+const Reason notTrusted = QStringLiteral("signature is not by a trusted key");
+
+struct Refusal {
+    const char *keyword;
+    Reason reason;
+};
+
+/// gpgv exits with zero for some of them.
+const std::array<Refusal, 4> refusals{{
+    {"BADSIG", QStringLiteral("file does not match the signature")},
+    {"EXPSIG", QStringLiteral("signature has expired")},
+    {"EXPKEYSIG", keyExpired},
+    {"REVKEYSIG", keyRevoked},
+}};
+
+/// Why a signature is not taken, whoever made it. None is older than its key, so that this finds
+/// keys from the future too.
+Reason whyDoubtful(const QByteArray &digest, const QByteArray &time, qint64 now)
+{
+    if (weakDigests.contains(digest))
+        return QStringLiteral("signature uses a weak digest");
+    return time.toLongLong() > now
+               ? QStringLiteral("signature was made after what the clock says now")
+               : Reason();
+}
+
+Reason judgeError(const QByteArrayList &line, qint64 now)
+{
+    const int code = line.value(errorCode).toInt();
+    if (code == noPublicKey)
+        return notTrusted;
+    Reason doubtful = whyDoubtful(line.value(errorDigest), line.value(errorTime), now);
+    if (!doubtful.isNone())
+        return doubtful;
+    return code == badPublicKey || code == timeConflict ? keyInvalid : signatureDamaged;
+}
+
+Reason judgeValid(const QByteArrayList &line, qint64 now)
+{
+    Reason doubtful = whyDoubtful(line.value(validDigest), line.value(validTime), now);
+    if (!doubtful.isNone())
+        return doubtful;
+    return line.value(validClass) == ofBytes
+               ? Reason()
+               : QStringLiteral("signature does not cover every byte");
+}
+
+/// Judges a single signature.
+Reason judge(const Status &status, qint64 now)
+{
+    for (const auto &[keyword, reason] : refusals) {
+        if (status.has(keyword))
+            return reason;
+    }
+    if (status.has("ERRSIG"))
+        return judgeError(status.line("ERRSIG"), now);
+    const QByteArrayList valid = status.line("VALIDSIG");
+    return status.has("GOODSIG") && valid.size() > validPrimaryKey ? judgeValid(valid, now)
+                                                                   : signatureDamaged;
+}
+
+DataHelper::Signature signatureFrom(const QByteArrayList &valid)
+{
+    return {QString::fromLatin1(valid.value(validPrimaryKey)),
+            QDateTime::fromSecsSinceEpoch(valid.value(validTime).toLongLong(), Qt::UTC)};
+}
+
+} // namespace
+
+std::pair<Reason, DataHelper::Signature> judgeSignatures(const Status &status, bool hasSucceeded,
+                                                         qint64 now)
+{
+    if (status.has("PLAINTEXT") && !status.has("NEWSIG"))
+        return {QStringLiteral("message is not signed"), {}};
+    QByteArrayList good;
+    bool hasUnknown = false;
+    for (const Status &signature : status.from("NEWSIG")) {
+        const Reason reason = judge(signature, now);
+        if (reason.isNone() && good.isEmpty())
+            good = signature.line("VALIDSIG");
+        hasUnknown |= reason == notTrusted;
+        if (!reason.isNone() && !(reason == notTrusted))
+            return {reason, {}};
+    }
+    if (status.has("NODATA") || status.from("PLAINTEXT").size() > 1)
+        return {signatureDamaged, {}};
+    if (status.has("ERROR") || status.has("FAILURE") || !(hasSucceeded || hasUnknown))
+        return {notJudged, {}};
+    if (!good.isEmpty())
+        return {Reason(), signatureFrom(good)};
+    return {hasUnknown ? notTrusted : notJudged, {}};
+}
+
+} // namespace aux::gpg
