@@ -7,6 +7,8 @@
 
 #include <thread>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -218,6 +220,19 @@ private Q_SLOTS:
             text(FsHelper::fileMove(DirLocation::Archive, DirLocation::New, "f", {}, false, {})),
             "libaux FileHandler: source directory does not exist 10001");
         QCOMPARE(read(inNew + "f"), QByteArray("content"));
+    }
+
+    /// Whoever may open the directory can lock it, and need not give it up.
+    void lockedByAStranger()
+    {
+        const int lock = ::open("/data", O_RDONLY | O_CLOEXEC);
+        QCOMPARE(::flock(lock, LOCK_SH), 0);
+        write(inNew + "f", "content");
+        QCOMPARE(move(QStringLiteral("f")), QString());
+        write(inNew + "f", "content");
+        QVERIFY(move(QStringLiteral("f")).startsWith("libaux FileHandler: removing"));
+        ::close(lock);
+        QCOMPARE(move(QStringLiteral("f")), QString());
     }
 
     void destinationThatCannotBeListed()

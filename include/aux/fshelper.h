@@ -44,12 +44,13 @@ inline uint qHash(DirLocation location, uint seed = 0) noexcept
 ///                                        checksum, true, {});
 ///
 /// *Guarantees*: no state; any thread may call. Nothing here waits for anything but the storage,
-/// and a move for the moves of other processes and threads, which take turns. After a successful
-/// fileMove the file is in the destination and flushed to the storage; after a failed one it is
-/// still where it was, and the move can be repeated; after an interrupted one it is in one of the
-/// two places. That the destination has a file of that name decides that the source is a duplicate;
-/// what is in the two counts only with a checksum. An error that the system has caused says so in
-/// its extra data: "PATH: EXPLANATION".
+/// and a move that finds a duplicate for those of other processes and threads that do: they take
+/// turns to remove it, so that of two copies one stays. After a successful fileMove the file is in
+/// the destination and flushed to the storage; after a failed one it is still where it was, and the
+/// move can be repeated; after an interrupted one it is in one of the two places. That the
+/// destination has a file of that name decides that the source is a duplicate; what is in the two
+/// counts only with a checksum. An error that the system has caused says so in its extra data:
+/// "PATH: EXPLANATION".
 class AUX_EXPORT FsHelper
 {
 public:
@@ -157,10 +158,11 @@ public:
     ///   of both files
     /// - 10006 "FileHandler: not enough space in destination"
     /// - 10004 "FileHandler: moving source file to destination failed": also where the source or
-    ///   the destination is something that is no regular file, or "/data" cannot be opened
-    /// - 10004 "FileHandler: removing source file already present in destination failed"
+    ///   the destination is something that is no regular file
+    /// - 10004 "FileHandler: removing source file already present in destination failed": also
+    ///   where others have locked the directory "/data" (flock) for five seconds
     ///
-    /// Blocks while checksums are read, while another move is under way, and until everything is
+    /// Blocks while checksums are read, while another duplicate is removed, and until everything is
     /// flushed. A mover that is killed ends its turn. Failed checks write the lines of
     /// validateChecksum.
     static Error fileMove(DirLocation from, DirLocation to, const QString &fileName,

@@ -18,11 +18,6 @@ std::optional<Status> statusOfEntry(const QString &path)
     return status;
 }
 
-bool areSame(const std::optional<Status> &a, const std::optional<Status> &b)
-{
-    return a && b && a->st_dev == b->st_dev && a->st_ino == b->st_ino;
-}
-
 bool isSameEntry(const QFileInfo &a, const QFileInfo &b)
 {
     return a.fileName() == b.fileName() && isSameFile(a.path(), b.path());
@@ -38,9 +33,17 @@ std::optional<Status> statusOf(const QString &path)
     return status;
 }
 
+bool areSame(const std::optional<Status> &a, const std::optional<Status> &b)
+{
+    if (!a || !b)
+        return a.has_value() == b.has_value();
+    return a->st_dev == b->st_dev && a->st_ino == b->st_ino;
+}
+
 bool isSameFile(const QString &path, const QString &otherPath)
 {
-    return areSame(statusOf(path), statusOf(otherPath));
+    const std::optional<Status> status = statusOf(path);
+    return status && areSame(status, statusOf(otherPath));
 }
 
 bool isOccupied(const QString &path)

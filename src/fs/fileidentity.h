@@ -16,7 +16,10 @@ using Status = struct stat;
 /// What is known of the file that a path leads to, links followed; nothing where there is none.
 std::optional<Status> statusOf(const QString &path);
 
-/// Returns whether both paths lead to one file (same device and inode), links followed.
+/// Returns whether both are of one file (same device and inode), or both of none.
+bool areSame(const std::optional<Status> &a, const std::optional<Status> &b);
+
+/// Returns whether both paths lead to one file, links followed.
 bool isSameFile(const QString &path, const QString &otherPath);
 
 /// Returns whether anything has this name, a dangling link too.

@@ -20,19 +20,25 @@ namespace
 {
 
 struct Move {
-    Turn turn;
+    DirLocation from;
+    DirLocation to;
     QString source;
     QString destination;
-    DirLocation to;
-    std::optional<Status> status;  // of the source, links followed
-    std::optional<Status> present; // of the destination
-    qint64 space;                  // left in its directory; negative where that cannot be told
     QString checksum;
     bool checkChecksum;
+    std::optional<Status> status = statusOf(source);       // links followed
+    std::optional<Status> present = statusOf(destination); // links followed
+    /// Left in the destination's directory; negative where there is none.
+    qint64 space = freeSpace(FsHelper::dirLocationToFullPath(to) + QLatin1Char('/'));
 
     Verdict verdictOn(const QString &path) const
     {
         return checkChecksum ? compareChecksum(path, checksum) : Verdict{true, {}};
+    }
+    /// Whether both names still lead to the same files, or still to none.
+    bool isAsSeen() const
+    {
+        return areSame(status, statusOf(source)) && areSame(present, statusOf(destination));
     }
 };
 
@@ -40,20 +46,6 @@ Error checksumMismatch(const Verdict &verdict)
 {
     return failure(ErrorId::ChecksumMismatch,
                    QStringLiteral("FileHandler: source file checksum mismatch"), verdict.cause);
-}
-
-/// Why neither move nor removal can begin; null where nothing is in the way.
-QString obstacle(const Move &move)
-{
-    if (!S_ISREG(move.status->st_mode))
-        return causeOf(move.source, notRegular);
-    return move.turn.cause();
-}
-
-/// Flushes the source; its file system most often is the one in which moves take turns.
-bool flush(const Move &move)
-{
-    return move.turn.isOn(move.status->st_dev) ? move.turn.flush() : syncFileSystem(move.source);
 }
 
 Error moveNew(const Move &move)
@@ -70,11 +62,10 @@ Error moveNew(const Move &move)
         return failure(ErrorId::NoSpace,
                        QStringLiteral("FileHandler: not enough space in destination"),
                        causeOf(FsHelper::dirLocationToFullPath(move.to), ENOSPC));
-    const QString inTheWay = obstacle(move);
-    if (!inTheWay.isNull())
-        return failed(inTheWay);
+    if (!S_ISREG(move.status->st_mode))
+        return failed(causeOf(move.source, notRegular));
     // The new name may reach the storage at any moment; what it names must be there by then.
-    if (!flush(move))
+    if (!syncFileSystem(move.source))
         return failed(causeOf(move.source, errno));
     const int error = renameWithoutReplacing(move.source, move.destination);
     return error == 0 ? Error() : failed(causeOf(move.destination, error));
@@ -95,15 +86,18 @@ Error discardDuplicate(const Move &move)
         if (!verdict.isGood)
             return checksumMismatch(verdict);
     }
-    const QString inTheWay = obstacle(move);
-    if (!inTheWay.isNull())
-        return failed(inTheWay);
-    if (isOnlyName(move.source, move.destination))
-        return {};
+    if (!S_ISREG(move.status->st_mode))
+        return failed(causeOf(move.source, notRegular));
     // The destination may have arrived just now.
     if (!syncFileSystem(move.destination))
         return failed(causeOf(move.destination, errno));
-    if (::unlink(QFile::encodeName(move.source).constData()) != 0)
+    const Turn turn(FsHelper::dirLocationToFullPath(move.to)); // it may be about to be removed too
+    if (!turn.cause().isNull())
+        return failed(turn.cause());
+    if (!move.isAsSeen())
+        return failed(causeOf(move.destination, ESTALE));
+    if (!isOnlyName(move.source, move.destination) &&
+        ::unlink(QFile::encodeName(move.source).constData()) != 0)
         return failed(causeOf(move.source, errno));
     return {};
 }
@@ -115,8 +109,16 @@ bool isThere(DirLocation location, bool isProven)
                     : directoryExists(location);
 }
 
-Error start(Move move)
+Error attempt(const Move &move)
 {
+    if (!isThere(move.from, move.status.has_value()))
+        return failure(ErrorId::General,
+                       QStringLiteral("FileHandler: source directory does not exist"),
+                       causeOfMissing(move.from));
+    if (!isThere(move.to, move.space >= 0))
+        return failure(ErrorId::General,
+                       QStringLiteral("FileHandler: destination directory does not exist"),
+                       causeOfMissing(move.to));
     if (!move.status)
         return failure(ErrorId::SourceMissing,
                        QStringLiteral("FileHandler: source file does not exist"),
@@ -135,28 +137,15 @@ Error FsHelper::fileMove(DirLocation from, DirLocation to, const QString &fileNa
     const QString &newName = newFileName.isEmpty() ? fileName : newFileName;
     const QString source = createPathName(from, QFileInfo(fileName).fileName());
     const QString destination = createPathName(to, QFileInfo(newName).fileName());
-    const QString target = dirLocationToFullPath(to);
-    Move move{Turn(target),
-              source,
-              destination,
-              to,
-              statusOf(source),
-              statusOf(destination),
-              freeSpace(target + QLatin1Char('/')), // of nothing but a directory
-              checksum,
-              checkChecksum};
-    if (!isThere(from, move.status.has_value()))
-        return failure(ErrorId::General,
-                       QStringLiteral("FileHandler: source directory does not exist"),
-                       causeOfMissing(from));
-    if (!isThere(to, move.space >= 0))
-        return failure(ErrorId::General,
-                       QStringLiteral("FileHandler: destination directory does not exist"),
-                       causeOfMissing(to));
-    Error error = start(std::move(move)); // the turn ends here: flushing everything takes long
-    if (!error.hasError())
-        ::sync();
-    return error;
+    for (;;) {
+        const Move move{from, to, source, destination, checksum, checkChecksum};
+        Error error = attempt(move);
+        if (!error.hasError())
+            ::sync();
+        if (!error.hasError() || move.isAsSeen())
+            return error;
+        // Another move came in between.
+    }
 }
 
 } // namespace aux

@@ -2,6 +2,7 @@
 #include "fs/storage.h"
 #include "fs/fileidentity.h"
 #include "fs/regularfile.h"
+#include "fs/turn.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -51,6 +52,9 @@ int renameWithoutReplacing(const QString &from, const QString &to)
         return 0;
     if (errno != EINVAL) // this file system can rename, but not check for the new name with it
         return errno;
+    const Turn turn(QFileInfo(to).path());
+    if (!turn.cause().isNull())
+        return EAGAIN;
     if (isOccupied(to))
         return EEXIST;
     return std::rename(source.constData(), destination.constData()) == 0 ? 0 : errno;

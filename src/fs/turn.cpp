@@ -3,14 +3,14 @@
 #include "aux/fshelper.h"
 #include "error/failure.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <QThread>
 
 #include <cerrno>
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace aux
 {
@@ -18,17 +18,26 @@ namespace aux
 namespace
 {
 
-Descriptor lockDirectory(const QString &path)
+constexpr qint64 patience = 5000;         // ms; a turn takes no longer than a file's removal
+constexpr unsigned long pollInterval = 1; // ms
+
+Descriptor openDirectory(const QString &path)
 {
-    Descriptor directory(
+    return Descriptor(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!directory.isOpen())
-        return directory;
-    int result = -1;
-    do {
-        result = ::flock(directory.number(), LOCK_EX);
-    } while (result != 0 && errno == EINTR);
-    return result == 0 ? std::move(directory) : Descriptor();
+}
+
+/// Sets errno where it fails.
+bool lock(const Descriptor &directory)
+{
+    QElapsedTimer waited;
+    waited.start();
+    while (::flock(directory.number(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK || waited.hasExpired(patience))
+            return false;
+        QThread::msleep(pollInterval);
+    }
+    return true;
 }
 
 } // namespace
@@ -36,23 +45,11 @@ Descriptor lockDirectory(const QString &path)
 Turn::Turn(const QString &destination)
 {
     const QString root = FsHelper::dirLocationToFullPath(DirLocation::Data);
-    m_directory = lockDirectory(root);
+    m_directory = openDirectory(root);
     if (!m_directory.isOpen())
+        m_directory = openDirectory(destination);
+    if (!m_directory.isOpen() || !lock(m_directory))
         m_cause = causeOf(root, errno);
-    if (!m_directory.isOpen() && (m_directory = lockDirectory(destination)).isOpen())
-        m_cause = QString();
-}
-
-bool Turn::isOn(dev_t device) const
-{
-    struct stat status {
-    };
-    return ::fstat(m_directory.number(), &status) == 0 && status.st_dev == device;
-}
-
-bool Turn::flush() const
-{
-    return ::syncfs(m_directory.number()) == 0;
 }
 
 } // namespace aux

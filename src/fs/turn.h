@@ -4,27 +4,23 @@
 
 #include "fs/regularfile.h"
 
-#include <sys/types.h>
-
 namespace aux
 {
 
-/// The turn of a move among those of all processes and threads; it ends with this object, and with
-/// a killed process.
+/// The turn of a move among those of all processes and threads, for the moment in which it removes
+/// or replaces a name; it ends with this object, and with a killed process.
 ///
 /// What is locked (flock) is the directory "/data": that needs no file of its own and no right to
-/// write. Where there is none to open, it is the destination of the move.
+/// write. Where there is none to open, it is the destination of the move. Whoever may open it can
+/// hold it for ever, so that nothing waits long for it.
 class Turn
 {
 public:
-    /// Waits until no other move is under way.
+    /// Waits for five seconds at most.
     explicit Turn(const QString &destination);
 
     /// Why the turn could not be had; null where it is.
     const QString &cause() const { return m_cause; }
-    /// Whether the locked directory is on this device, so that flush() flushes its file system.
-    bool isOn(dev_t device) const;
-    bool flush() const;
 
 private:
     Descriptor m_directory;
