@@ -7,6 +7,7 @@
 #include "system/interfacelist.h"
 
 #include <QHostAddress>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -124,6 +125,8 @@ QStringList candidatesAfter(const QStringList &words, const QString &current)
                                                 : commandWords(names);
     if (all == QStringList(anyFile))
         return all;
+    if (!current.isEmpty() && !current.startsWith('/')) // a key is known without it, too
+        all.replaceInStrings(QRegularExpression(QStringLiteral("\\A/")), {});
     all.erase(std::remove_if(
                   all.begin(), all.end(),
                   [&current](const QString &candidate) { return !candidate.startsWith(current); }),

@@ -2,6 +2,7 @@
 function __auxctl_candidates
     set -l typed (commandline -opc)
     set -l current (commandline -ct)
+    set current (string unescape -- "$current"; or echo "$current") # an open quote stays
     set -l candidates ($typed[1] complete --current "$current" -- $typed[2..-1] 2>/dev/null)
     if test "$candidates[1]" = :files
         __fish_complete_path "$current"
