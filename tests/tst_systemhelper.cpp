@@ -8,6 +8,7 @@
 #include <QStorageInfo>
 
 #include <cerrno>
+#include <csignal>
 
 #include <sys/time.h>
 
@@ -139,6 +140,17 @@ private Q_SLOTS:
         QCOMPARE(commands.join('\n'), command);
         QCOMPARE(QFile::exists(path), socketLeft);
         QCOMPARE(log.take(), QStringList());
+    }
+
+    /// The kernel takes the end of every child then.
+    void withoutSignalsOfChildren()
+    {
+        std::signal(SIGCHLD, SIG_IGN);
+        const auto restore = qScopeGuard([] { std::signal(SIGCHLD, SIG_DFL); });
+        for (const bool fails : {false, true}) {
+            fakeProgram("killall", fails ? "exit 1" : "exit 0");
+            QCOMPARE(SystemHelper::wpaSupplicantForceKill().hasError(), fails);
+        }
     }
 
     void links_data()
