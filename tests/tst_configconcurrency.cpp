@@ -12,6 +12,7 @@
 #include <csignal>
 #include <thread>
 
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -136,6 +137,39 @@ private Q_SLOTS:
         QCOMPARE(status, 0);
         for (const SettingsCode code : codes)
             QCOMPARE(valueIn(m_file, pathOf(code)), QJsonValue(numbered(rounds - 1)));
+    }
+
+    /// Two processes, of which each reads what the other has written, and then writes; also on a
+    /// file system whose times are whole seconds.
+    void alternating()
+    {
+        std::array<int, 2> ends{};
+        QCOMPARE(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
+        const bool isSecond = ::fork() == 0;
+        const int end = ends[isSecond ? 1 : 0];
+        Configuration configuration;
+        configuration.init();
+        int wrong = 0;
+        const auto check = [&](SettingsCode code, int round) {
+            const QVariant expected = round < 0 ? configuration.getValue(code) : numbered(round);
+            wrong += configuration.getValue(code) == expected ? 0 : 1;
+            wrong += QSettings().value(pathOf(code), expected) == expected ? 0 : 1;
+        };
+        for (int round = 0; round < rounds; ++round) {
+            char ball = 0;
+            if (isSecond || round > 0)
+                wrong += ::read(end, &ball, 1) == 1 ? 0 : 1;
+            check(codes[isSecond ? 0 : 1], isSecond ? round : round - 1);
+            check(codes[isSecond ? 1 : 0], round - 1);
+            configuration.setValue(codes[isSecond ? 1 : 0], numbered(round));
+            wrong += ::write(end, &ball, 1) == 1 ? 0 : 1;
+        }
+        if (isSecond)
+            ::_exit(wrong);
+        QCOMPARE(wrong, 0);
+        int status = EXIT_FAILURE;
+        ::wait(&status);
+        QCOMPARE(status, 0);
     }
 
     /// Who writes without pause does not keep another waiting for long.

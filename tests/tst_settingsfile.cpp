@@ -92,6 +92,10 @@ private Q_SLOTS:
         row("too many files open", "true", "true");
         row("not kept aside", "cp \"$f\" \"$f.good\"; echo { >\"$f\"; mkdir \"$f.bad\"",
             "rmdir \"$f.bad\"" + away);
+        row("nothing there, full",
+            "cp \"$f\" /tmp/good; mount -t tmpfs -o size=4k none \"${f%/*}\"; "
+            "head -c 4096 /dev/zero >\"${f%/*}/x\"",
+            "umount \"${f%/*}\"");
         row("nothing there, read-only",
             "cp \"$f\" /tmp/good; mount -t tmpfs -o ro none \"${f%/*}\"", "umount \"${f%/*}\"");
     }

@@ -80,3 +80,29 @@ outcome() { # ORGANISATION OPERATION
         echo OTHER
     fi
 }
+
+# Mounts a fresh ext4 image, "image", on "data" in a directory of its own, which becomes the current one.
+mount_image() { # [MKFS_OPTION...]
+    [ "$(id -u)" -eq 0 ] || skip "only root may mount an image"
+    "$here/../../kit/sandbox" true || exit
+    stage=$(mktemp -d)
+    trap clean_up EXIT
+    cd "$stage"
+    mkdir data after
+    truncate -s 16M image
+    mkfs.ext4 -q "$@" image
+    mount -o loop image data 2>/dev/null || skip "this machine refuses loop devices"
+}
+
+# shellcheck disable=SC2317 # called by the trap
+clean_up() {
+    cd /
+    umount "$stage/data" "$stage/after" 2>/dev/null || true
+    rm -rf "$stage"
+}
+
+# Runs a command in a world of which the image is the /data.
+on_image() { # COMMAND [ARGUMENT...]
+    # shellcheck disable=SC2016
+    "$here/../../kit/sandbox" --writable "$stage" sh -c 'mount --bind data /data && exec "$@"' - "$@"
+}

@@ -5,32 +5,10 @@
 # would find after the cut.
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/common.sh"
-stage=
-
-# shellcheck disable=SC2317 # called by the trap
-clean_up() {
-    cd /
-    umount "$stage/data" "$stage/after" 2>/dev/null || true
-    rm -rf "$stage"
-}
-
-prepare() {
-    [ "$(id -u)" -eq 0 ] || skip "only root may mount an image"
-    "$here/../../kit/sandbox" true || exit
-    stage=$(mktemp -d)
-    trap clean_up EXIT
-    cd "$stage"
-    mkdir data after
-    truncate -s 16M image
-    mkfs.ext4 -q image
-    mount -o loop image data 2>/dev/null || skip "this machine refuses loop devices"
-}
-
 # Writes a setting, takes the copy, and looks for a line in it.
 cut_after() { # OPERATION VALUE LINE
     local found=lost
-    "$here/../../kit/sandbox" --writable "$stage" bash -c 'mount --bind data /data && "$@" 2>/dev/null && cp image copy' - \
-        "$settings" power "$1" "$2"
+    on_image bash -c '"$@" 2>/dev/null && cp image copy' - "$settings" power "$1" "$2"
     mount -o loop copy after
     ! grep -q "^ *$3,\?$" after/config/power/terminal.JSON 2>/dev/null || found=survived
     umount after
@@ -38,7 +16,7 @@ cut_after() { # OPERATION VALUE LINE
     [ "$found" = survived ]
 }
 
-prepare
+mount_image
 status=0
 cut_after set first '"lang": "first"' || status=1 # makes the file and its directories
 cut_after set second '"lang": "second"' || status=1
