@@ -16,7 +16,7 @@ cut_after() { # OPERATION VALUE LINE
     [ "$found" = survived ]
 }
 
-mount_image
+mount_image -I 256
 status=0
 cut_after set first '"lang": "first"' || status=1 # makes the file and its directories
 cut_after set second '"lang": "second"' || status=1
