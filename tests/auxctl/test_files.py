@@ -6,7 +6,7 @@ import signal
 import subprocess
 import unittest
 
-from world import ARCHIVE, AUXCTL, DATA, NEW, World
+from world import ARCHIVE, AUXCTL, DATA, NEW, SETTINGS, World
 
 PAYLOAD = bytes(range(256)) * 100
 DIGEST = hashlib.sha256(PAYLOAD).hexdigest()
@@ -173,12 +173,19 @@ class Files(World):
         self.auxctl("config", "set", "network/wifi/psk=topsecret")
         self.auxctl("container", "pack", self.file, ARCHIVE / "p")
         (ARCHIVE / "p").write_bytes((ARCHIVE / "p").read_bytes()[:-1] + b"x")
+        (NEW / "closed").touch(mode=0)  # root is a user like any other here
         told = self.json("report")["report"]
         self.assertNotIn("topsecret", json.dumps(told))
-        self.assertEqual(told["locations"]["new"]["count"], 1)
-        self.assertEqual(told["locations"]["archive"]["damaged"], ["p"])
+        locations = {place["location"]: place for place in told["locations"]}
+        self.assertEqual((locations["new"]["count"], locations["new"]["damaged"]), (2, []))
+        self.assertEqual(locations["archive"]["damaged"], ["p"])
         self.assertTrue(told["isTimePlausible"])
-        self.assertIn("failed: /data/zel/rk4/failed cannot be read", told["locations"]["unseen"])
+        self.assertEqual((told["configuration"]["commits"], told["configuration"]["problems"]), (1, []))
+        self.assertIn("failed: /data/zel/rk4/failed: No such file or directory", told["unseen"])
+        self.assertIn(f"new: cannot read {NEW}/closed: Permission denied", told["unseen"])
+        SETTINGS.chmod(0)
+        told = self.json("report")["report"]
+        self.assertIn(f"configuration: cannot open {SETTINGS}: Permission denied", told["unseen"])
         self.auxctl("report", self.work / "report")
         self.assertEqual(json.loads((self.work / "report").read_text())["kernel"], os.uname().release)
 

@@ -41,6 +41,16 @@ aux::container::Type typeFromName(const QString &name)
     return type;
 }
 
+bool isContainer(const QString &path)
+{
+    aux::RegularFile file(path);
+    const auto brand =
+        file.openForReading() ? file.readUpTo(aux::container::brandSize) : std::nullopt;
+    if (!brand)
+        fail(QStringLiteral("cannot read ") + file.cause());
+    return *brand == aux::container::brand;
+}
+
 ContainerFile::ContainerFile(const QString &path) : m_file(path)
 {
     if (!m_file.openForReading())

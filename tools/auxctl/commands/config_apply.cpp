@@ -4,8 +4,6 @@
 #include "containerfile.h"
 #include "streams.h"
 
-#include <QFile>
-
 namespace auxctl
 {
 
@@ -13,14 +11,6 @@ namespace
 {
 
 constexpr Switch dryRunOption{"dry-run", "Show what would change, and change nothing"};
-
-bool isContainer(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        failOn("open", file);
-    return file.read(aux::container::brandSize) == aux::container::brand;
-}
 
 /// What a container with a configuration holds, in an unnamed file; fails where it is another one,
 /// or damaged.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "command.h"
+#include "network.h"
 
 #include <aux/systeminfo.h>
 
@@ -34,7 +35,7 @@ Result info(const Call &)
                             {"version", SystemInfo::getVersion()},
                             {"bsp", SystemInfo::getBspId()},
                             {"ipv4", SystemInfo::getFirstActiveNetworkIPv4()},
-                            {"network", SystemInfo::getNetworkInfo("eth0")},
+                            {"network", networkInUse()},
                             {"clock", readable(clock)},
                             {"touchscreen", SystemInfo::isTouchscreenDetected()}});
     QJsonObject json = result.json.toObject();
@@ -47,7 +48,9 @@ const Registration row{{"info",
                         "",
                         "info",
                         "{serial: text, problem: text, wifiMac: text, version: text, bsp: text, "
-                        "ipv4: text, network: object, clock: object, touchscreen: bool}",
+                        "ipv4: text, network: " AUXCTL_NETWORK_SHAPE
+                        ", clock: {year: number, month: number, day: number, hour: number, "
+                        "minute: number, second: number}, touchscreen: bool}",
                         "Show identity, versions, network, clock and touchscreen",
                         {},
                         info}};

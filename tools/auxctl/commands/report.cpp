@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "config/validation.h"
 #include "containerfile.h"
-#include "fs/datadirectories.h"
+#include "location.h"
+#include "network.h"
 #include "output.h"
 #include "settings.h"
 #include "streams.h"
@@ -30,15 +31,23 @@ class Report
 public:
     void add(const QString &name, const QJsonValue &value) { m_object[name] = value; }
 
-    /// Adds what the function returns, or why there is nothing.
+    /// Calls the function; where that fails, what it was to look at has not been seen.
+    template <typename Function>
+    void tryTo(const QString &name, const Function &function)
+    {
+        try {
+            function();
+        } catch (const Failure &failure) {
+            const QString cause = failure.error.getExtraData();
+            m_unseen += name + ": " + (cause.isEmpty() ? failure.error.getMsg() : cause);
+        }
+    }
+
+    /// Adds what the function returns, where it does.
     template <typename Function>
     void look(const QString &name, const Function &function)
     {
-        try {
-            add(name, function());
-        } catch (const Failure &failure) {
-            m_unseen += QStringLiteral("%1: %2").arg(name, failure.error.getMsg());
-        }
+        tryTo(name, [&] { add(name, function()); });
     }
 
     [[nodiscard]] QJsonObject object() const
@@ -78,57 +87,74 @@ bool isPlausible(const QDateTime &moment)
     return moment >= made && moment < made.addYears(years);
 }
 
+/// What is wrong with the settings that are in the file; those that are not have their defaults.
+QJsonArray problemsOf(const QString &path)
+{
+    QJsonArray problems;
+    if (!QFileInfo::exists(path))
+        return problems;
+    const aux::Candidate candidate = aux::readCandidate(path);
+    for (const aux::Fault &fault : aux::findFaults(candidate)) {
+        if (fault.setting == nullptr || candidate.contains(*fault.setting))
+            problems += fault.error.getMsg();
+    }
+    return problems;
+}
+
 QJsonObject settingsOf(const aux::Configuration &configuration)
 {
     QJsonArray values;
     for (const Setting &setting : aux::settingsCatalogue())
         values += toObject(shown(setting, configuration.getValue(setting.code), false).record);
-    QStringList faults;
-    for (const aux::Fault &fault : aux::findFaults(aux::readCandidate(configuration.getFileName())))
-        faults += fault.error.getMsg();
     return {{"path", configuration.getFileName()},
             {"version", configuration.getVersion()},
             {"commits", configuration.getChangeCounter()},
             {"settings", values},
-            {"faults", QJsonArray::fromStringList(faults)}};
+            {"problems", problemsOf(configuration.getFileName())}};
 }
 
-/// The containers among the files whose digest is wrong.
-QJsonArray damagedOf(const QFileInfoList &files)
+bool isIntact(const QString &container)
+{
+    try {
+        return ContainerFile(container).hasDigest();
+    } catch (const Failure &) {
+        return false; // not even its header can be read
+    }
+}
+
+/// The containers among the files that do not pass verification.
+QJsonArray damagedOf(const QFileInfoList &files, const QString &location, Report &report)
 {
     QJsonArray damaged;
     for (const QFileInfo &file : files) {
-        try {
-            if (!ContainerFile(file.filePath()).hasDigest())
+        report.tryTo(location, [&] {
+            if (isContainer(file.filePath()) && !isIntact(file.filePath()))
                 damaged += file.fileName();
-        } catch (const Failure &) {
-            continue; // no container
-        }
+        });
     }
     return damaged;
 }
 
-QJsonObject describe(const aux::DataDirectory &directory)
+QJsonObject describe(aux::DirLocation location, const QString &name, Report &report)
 {
-    const QFileInfo place(directory.path);
-    if (!place.isDir() || !place.isReadable())
-        fail(QStringLiteral("%1 cannot be read").arg(directory.path));
-    const QFileInfoList files =
-        QDir(directory.path).entryInfoList(QDir::Files | QDir::Hidden, QDir::Time);
-    return {{"path", directory.path},
-            {"free", QStorageInfo(directory.path).bytesAvailable()},
+    checked(aux::FsHelper::createDirList(location)); // which says why it cannot be read
+    const QString path = aux::FsHelper::dirLocationToFullPath(location);
+    const QFileInfoList files = QDir(path).entryInfoList(QDir::Files | QDir::Hidden, QDir::Time);
+    return {{"location", name},
+            {"path", path},
+            {"freeBytes", QStorageInfo(path).bytesAvailable()},
             {"count", files.size()},
             {"newest", files.isEmpty() ? QString() : time(files.first().lastModified())},
             {"oldest", files.isEmpty() ? QString() : time(files.last().lastModified())},
-            {"damaged", damagedOf(files)}};
+            {"damaged", damagedOf(files, name, report)}};
 }
 
 void lookAtLocations(Report &report)
 {
-    Report locations;
-    for (const aux::DataDirectory &directory : aux::dataDirectories().mid(1)) // not the invalid one
-        locations.look(directory.name, [&directory] { return describe(directory); });
-    report.add("locations", locations.object());
+    QJsonArray locations;
+    for (const QString &name : locationNames())
+        report.tryTo(name, [&] { locations += describe(locationFromName(name), name, report); });
+    report.add("locations", locations);
 }
 
 void lookAtSystem(Report &report)
@@ -147,7 +173,7 @@ void lookAtSystem(Report &report)
     report.add("kernel", QSysInfo::kernelVersion());
     report.look("gpg", [] { return versionOf("gpg", "--version"); });
     report.look("supplicant", [] { return versionOf("/usr/sbin/wpa_supplicant", "-v"); });
-    report.add("network", SystemInfo::getNetworkInfo("eth0"));
+    report.add("network", networkInUse());
     report.add("wifiMac", SystemInfo::getWifiMac());
     report.add("link", aux::SystemHelper::lanNetworkStatus());
     report.look("wifi", [] {
@@ -176,10 +202,19 @@ Result makeReport(const Call &call)
     return output.commit({report.object(), "path:  " + printable(output.path())});
 }
 
+constexpr const char *shape =
+    "{serial?: text, bsp: text, version: text, qt: text, kernel: text, gpg?: text, "
+    "supplicant?: text, time: text, isTimePlausible: bool, link: bool, wifiMac: text, "
+    "wifi?: {connected: bool, quality: number}, network: " AUXCTL_NETWORK_SHAPE
+    ", configuration?: {path: text, version: text, commits: number, settings: "
+    "[{key: text, value?: scalar, secret?: bool, default: scalar}], problems: [text]}, "
+    "locations: [{location: text, path: text, freeBytes: number, count: number, newest: text, "
+    "oldest: text, damaged: [text]}], unseen: [text]}";
+
 const Registration row{{"report",
                         "[FILE]",
                         "report",
-                        "object",
+                        shape,
                         "Gather what support asks for in one JSON document, without secrets",
                         {&applicationOption, &forceOption},
                         makeReport}};
