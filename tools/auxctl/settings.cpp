@@ -10,6 +10,9 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <cerrno>
+
+#include <unistd.h>
 
 namespace auxctl
 {
@@ -45,9 +48,12 @@ void selectApplication(const QString &application)
 void checkFile(const QString &path, bool mayBeMissing)
 {
     QFile file(path);
-    if (!file.exists() && !mayBeMissing)
+    // One in a directory that may not be searched seems to be missing.
+    const bool isMissing = access(QFile::encodeName(path).constData(), F_OK) != 0 &&
+                           (errno == ENOENT || errno == ENOTDIR);
+    if (isMissing && !mayBeMissing)
         fail(QStringLiteral("%1 does not exist, config set --create makes it").arg(path));
-    if (!file.exists())
+    if (isMissing)
         return;
     if (!file.open(QIODevice::ReadOnly))
         failOn("open", file);
