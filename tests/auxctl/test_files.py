@@ -189,14 +189,6 @@ class Files(World):
         self.auxctl("report", self.work / "report")
         self.assertEqual(json.loads((self.work / "report").read_text())["kernel"], os.uname().release)
 
-    def test_watch_prints_changes(self):
-        with subprocess.Popen([AUXCTL, "files", "count", "new", "--watch"], stdout=subprocess.PIPE) as watching:
-            self.assertEqual(watching.stdout.readline(), b"0\n")
-            (NEW / "a").touch()
-            self.assertEqual(watching.stdout.readline(), b"1\n")
-            watching.terminate()
-            self.assertEqual(watching.wait(), -signal.SIGTERM)
-
     def test_missing_data(self):
         empty = self.work / "empty"
         empty.mkdir()

@@ -5,10 +5,14 @@ import os
 import pathlib
 import re
 import shutil
+import signal
+import socket
 import subprocess
+import threading
+import time
 import unittest
 
-from world import AUXCTL, World
+from world import AUXCTL, NEW, World
 
 FAKES = pathlib.Path(__file__).resolve().parent.parent / "fakes"
 
@@ -142,6 +146,43 @@ words=($AUXCTL "$@"); CURRENT=$#words; _auxctl"""
             (self.work / "f").write_text("x")
         for wrong in ("/nowhere", self.work / "below"):
             self.auxctl("remount-ro", wrong, "--yes", status=1)
+
+    def test_watch_prints_what_changes(self):
+        def ip(*arguments):
+            subprocess.run(["ip", "link", *arguments], check=True)
+
+        def cable(state):
+            time.sleep(2.5)  # in which nothing more is said
+            ip("set", "wlan0", state)
+            ip("set", "peer", state)
+
+        def answer():
+            while True:
+                request, address = daemon.recvfrom(256)
+                daemon.sendto(signal_poll if request == b"SIGNAL_POLL" else b"OK\n", address)
+        ip("add", "wlan0", "type", "veth", "peer", "name", "peer")
+        self.addCleanup(ip, "del", "wlan0")
+        pathlib.Path("/run/wpa_supplicant").mkdir()
+        self.addCleanup(shutil.rmtree, "/run/wpa_supplicant")
+        daemon = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        daemon.bind("/run/wpa_supplicant/wlan0")
+        threading.Thread(target=answer, daemon=True).start()
+        signal_poll = b"RSSI=-45\nLINKSPEED=54\n"
+        for command, steps in (
+            (("files", "count", "new"), ((lambda: None, "0\n"), ((NEW / "a").touch, "1\n"))),
+            (("link", "wlan0"), ((lambda: None, "down\n"), (lambda: cable("up"), "up\n"),
+                                 (lambda: cable("down"), "down\n"))),
+            (("wifi", "status"), ((lambda: None, "connected:  false\nquality:    0\n"),
+                                  (lambda: cable("up"), "connected:  true\nquality:    3\n"))),
+        ):
+            with subprocess.Popen([AUXCTL, *command, "--watch"], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                  text=True) as watching:
+                for change, expected in steps:
+                    change()
+                    self.assertEqual("".join(watching.stdout.readline() for _ in expected.splitlines()), expected)
+                watching.terminate()
+                self.assertEqual(watching.wait(), -signal.SIGTERM)
+                self.assertLessEqual(len(watching.stderr.readlines()), len(steps))  # a reason for each "down"
 
     def test_wifi_with_the_machines_own_daemon(self):
         daemon = pathlib.Path("/usr/sbin/wpa_supplicant")

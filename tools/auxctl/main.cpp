@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <utility>
+
 #include <unistd.h>
 
 namespace auxctl
@@ -19,9 +21,11 @@ ExitStatus watch(const CommandLine &line, const Format &format)
     QJsonValue last;
     for (;; sleep(1)) {
         const Result result = line.run(); // a failure ends it
-        if (result.json != last && print(result, format) == ExitStatus::Failed)
+        const QJsonValue before = std::exchange(last, result.json);
+        if (result.json == before)
+            takeDiagnostics(); // said already
+        else if (print(result, format) == ExitStatus::Failed)
             return ExitStatus::Failed;
-        last = result.json;
     }
 }
 
