@@ -162,6 +162,8 @@ private Q_SLOTS:
         row("of a dead process", dead, true);
         row("of a dead process, taken by a reader", dead + "; flock -s \"$l\" sleep 30 & sleep 0.2",
             true);
+        row("of a process' number that another has, taken by a reader",
+            "printf '1\\nx\\n' >\"$l\"; flock -s \"$l\" sleep 30 & sleep 0.2", true);
         row("of a process that never took it", "echo 1 >\"$l\"", false);
         row("dangling link", "ln -s /nowhere \"$l\"", true);
         row("FIFO", "mkfifo \"$l\"", true);

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QSysInfo>
 #include <QThread>
 
@@ -32,6 +33,7 @@ constexpr qint64 patienceWithRunning = 30000; // ms
 constexpr unsigned long pollInterval = 20;    // ms
 
 constexpr int processLine = 0;
+constexpr int programLine = 1;
 constexpr int bootLine = 4;
 
 enum class State {
@@ -50,13 +52,23 @@ bool isBeingFilled(const Status &status)
     return status.st_size == 0 && qAbs(age) < fillingTime; // negative: the clock was set back
 }
 
+/// False where the process runs another program, so that it only has the number of one that ended.
+bool mayRun(pid_t process, const QByteArray &program)
+{
+    QString running =
+        QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(process))).fileName();
+    running.remove(QStringLiteral(" (deleted)")); // updated meanwhile
+    return running.isEmpty() || program.isEmpty() || running == QFile::decodeName(program);
+}
+
 bool namesRunningProcess(const QList<QByteArray> &lines)
 {
     const QByteArray boot = lines.value(bootLine);
     if (!boot.isEmpty() && boot != QSysInfo::bootUniqueId())
         return false; // its number belongs to another process now
     const pid_t process = lines.value(processLine).toInt();
-    return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
+    return process > 0 && (::kill(process, 0) == 0 || errno == EPERM) &&
+           mayRun(process, lines.value(programLine));
 }
 
 State stateOfFile(int descriptor)

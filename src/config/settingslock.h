@@ -8,7 +8,7 @@ namespace aux
 {
 
 /// Removes the lock beside a settings file that a writer left there: one that is no file, is empty
-/// and older than two seconds, or names a process that does not run.
+/// and older than two seconds, or names a process that does not run, or runs another program.
 void removeAbandonedLock(const QString &settingsFile);
 
 /// The lock that QSettings takes to write a settings file: keeps writers out that know of no other.
