@@ -93,7 +93,7 @@ void Command::checkArguments(const QStringList &given) const
                                      [](const QString &word) { return !word.startsWith('['); });
     const bool isOpen = !words.isEmpty() && words.last().contains("...");
     if (given.size() < least || (given.size() > words.size() && !isOpen))
-        misuse(QStringLiteral("usage: auxctl %1 %2").arg(name, arguments));
+        misuse(QStringLiteral("usage: auxctl %1 %2").arg(name, arguments).trimmed());
     if (given.contains(QString()))
         misuse("an argument is empty");
 }
