@@ -63,7 +63,7 @@ private Q_SLOTS:
         row("NUL in the output", source, 0, packed + QChar(QChar::Null) + "x", notWritten);
         row("onto itself", source, 0, source, notWritten);
         row("onto a link to itself", source, 0, dir + "/link", notWritten);
-        row("type Unknown", source, 5, packed, invalid);
+        row("type Unknown", source, static_cast<int>(Type::Unknown), packed, invalid);
         row("type -1", source, -1, packed, invalid);
         row("more content than size", "/proc/self/status", 0, packed,
             packError("Failed to write to output file"));
