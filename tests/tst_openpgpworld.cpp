@@ -101,6 +101,14 @@ private Q_SLOTS:
         row("failing at the end", QByteArray("/usr/bin/gpg \"$@\"; exit 2"),
             "message is damaged or was tampered with");
         row("succeeding, silent", QByteArray("echo content"), "input is no encrypted message");
+        row("leaving what starts another one at its end",
+            QByteArray(
+                "case $N in\n"
+                "'') N=3 setsid \"$0\" \"$@\" >/dev/null 2>&1 & sleep 0.1;;\n"
+                "0) ;;\n"
+                "*) trap 'N=$((N - 1)) \"$0\" \"$@\" & exit' TERM; while sleep 0.01; do :; done;;\n"
+                "esac"),
+            "input is no encrypted message");
         row("missing", QByteArray(), "gpg cannot be started");
     }
     void programsThatFail()

@@ -121,8 +121,7 @@ Reason Keyring::remove()
 Reason Keyring::stopAgents()
 {
     // gpg names the home directory to everything that it starts.
-    const QVector<pid_t> processes = processesWith("--homedir", encodedPath());
-    return endProcesses(processes, SIGTERM) || endProcesses(processes, SIGKILL)
+    return endProcessesWith("--homedir", encodedPath())
                ? Reason()
                : QStringLiteral("gpg-agent cannot be ended");
 }

@@ -2,8 +2,8 @@
 #include "process/processes.h"
 
 #include <QDir>
+#include <QVector>
 
-#include <algorithm>
 #include <csignal>
 
 #include <poll.h>
@@ -18,49 +18,47 @@ namespace
 constexpr int endTimeout = 2000; // ms
 constexpr int pollInterval = 10; // ms
 
-/// Returns whether it has let go of everything; its parent may not have asked for it yet.
-bool hasEnded(pid_t process)
-{
-    QFile status(QStringLiteral("/proc/%1/stat").arg(process));
-    if (!status.open(QIODevice::ReadOnly))
-        return true;
-    const QByteArray fields = status.readAll(); // number, name in parentheses, state
-    return fields.mid(fields.lastIndexOf(')') + 2, 1) == "Z";
-}
+struct Search {
+    QVector<pid_t> found;
+    bool isSure = true; ///< none has gone, and may have left another one, while it was looked at
+};
 
-QByteArrayList commandLine(const QString &process)
+/// A process that has ended, though its parent may not have asked for it yet, has no words.
+Search searchFor(const QByteArray &option, const QByteArray &value)
 {
-    QFile file(process + QStringLiteral("/cmdline"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll().split('\0') : QByteArrayList();
+    Search search;
+    const QDir processes(QStringLiteral("/proc"));
+    const QStringList numbers = processes.entryList({QStringLiteral("[0-9]*")});
+    for (const QString &number : numbers) {
+        const QFileInfo process(processes, number);
+        QFile file(process.filePath() + QStringLiteral("/cmdline"));
+        const bool isThere = file.open(QIODevice::ReadOnly);
+        const QByteArrayList words = isThere ? file.readAll().split('\0') : QByteArrayList();
+        const int position = words.indexOf(option);
+        if (!isThere)
+            search.isSure = false;
+        else if (position >= 0 && words.value(position + 1) == value &&
+                 process.ownerId() == ::geteuid())
+            search.found += number.toInt();
+    }
+    return search;
 }
 
 } // namespace
 
-QVector<pid_t> processesWith(const QByteArray &option, const QByteArray &value)
+bool endProcessesWith(const QByteArray &option, const QByteArray &value)
 {
-    QVector<pid_t> found;
-    const QDir processes(QStringLiteral("/proc"));
-    const auto entries = processes.entryInfoList({QStringLiteral("[0-9]*")}, QDir::Dirs);
-    for (const QFileInfo &entry : entries) {
-        if (entry.ownerId() != ::geteuid())
-            continue;
-        const QByteArrayList words = commandLine(entry.filePath());
-        const int position = words.indexOf(option);
-        if (position >= 0 && words.value(position + 1) == value)
-            found += entry.fileName().toInt();
-    }
-    return found;
-}
-
-bool endProcesses(const QVector<pid_t> &processes, int signal)
-{
-    for (const pid_t process : processes) {
-        if (!hasEnded(process))
-            ::kill(process, signal);
-    }
-    return waitUntil(
-        [&processes] { return std::all_of(processes.begin(), processes.end(), hasEnded); },
-        endTimeout);
+    Search search;
+    const auto end = [&](int signal) {
+        const auto isOver = [&] {
+            search = searchFor(option, value);
+            for (const pid_t process : qAsConst(search.found))
+                ::kill(process, signal);
+            return search.found.isEmpty() && search.isSure;
+        };
+        return waitUntil(isOver, endTimeout);
+    };
+    return end(SIGTERM) || end(SIGKILL) || search.found.isEmpty();
 }
 
 bool waitUntil(const std::function<bool()> &condition, int milliseconds)
