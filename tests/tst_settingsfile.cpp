@@ -194,6 +194,19 @@ private Q_SLOTS:
         QCOMPARE(isLocked(), obstacle.contains("$l/x")); // a full directory stays
     }
 
+    /// Others write without a pause: whenever one looks, they have not yet locked theirs.
+    void locksOfOthers()
+    {
+        qputenv("l", (m_file + ".lock").toUtf8());
+        QProcess others;
+        others.start("sh", {"-c", "for i in $(seq 40); do echo 1 >\"$l.$i\"; mv \"$l.$i\" \"$l\"; "
+                                  "sleep 0.1; test -e \"$l\" || exit; done; rm \"$l\""});
+        QTRY_VERIFY(QFile::exists(m_file + ".lock"));
+        m_configuration->setValue(SettingsCode::DeviceLang, "de");
+        QVERIFY(others.waitForFinished());
+        QCOMPARE(others.exitCode(), 0);
+    }
+
     /// Mode and owner of what is there stay; what is new is for its owner only.
     void modesAndOwners()
     {

@@ -83,9 +83,8 @@ State stateOfFile(int descriptor)
     return ::flock(descriptor, LOCK_SH | LOCK_NB) == 0 ? State::Doubtful : State::Held;
 }
 
-State stateOf(const QByteArray &lock)
+State stateOf(const QByteArray &lock, Status &status)
 {
-    Status status{};
     if (::lstat(lock.constData(), &status) != 0)
         return State::Absent;
     if (!S_ISREG(status.st_mode))
@@ -98,6 +97,13 @@ State stateOf(const QByteArray &lock)
     return state;
 }
 
+/// Whether it is still the same lock; a number may be that of a file removed just now.
+bool areSame(const Status &before, const Status &now)
+{
+    return before.st_ino == now.st_ino && before.st_ctim.tv_sec == now.st_ctim.tv_sec &&
+           before.st_ctim.tv_nsec == now.st_ctim.tv_nsec;
+}
+
 QString lockOf(const QString &settingsFile)
 {
     return settingsFile + QStringLiteral(".lock");
@@ -108,7 +114,8 @@ QString lockOf(const QString &settingsFile)
 void removeAbandonedLock(const QString &settingsFile)
 {
     const QByteArray lock = QFile::encodeName(lockOf(settingsFile));
-    if (stateOf(lock) == State::Abandoned)
+    Status status{};
+    if (stateOf(lock, status) == State::Abandoned)
         std::remove(lock.constData());
 }
 
@@ -118,15 +125,20 @@ SettingsLock::SettingsLock(const QString &settingsFile) : m_lock(lockOf(settings
     m_lock.setStaleLockTime(0);
     QElapsedTimer waited;
     waited.start();
+    QElapsedTimer waitedForThis;
+    Status status{};
     for (;; QThread::msleep(pollInterval)) {
-        State state = stateOf(lock);
-        if (state == State::Doubtful && waited.hasExpired(patience))
+        const Status before = status;
+        State state = stateOf(lock, status);
+        if (!areSame(before, status))
+            waitedForThis.start();
+        if (state == State::Doubtful && waitedForThis.hasExpired(patience))
             state = State::Abandoned;
         if (state == State::Abandoned && std::remove(lock.constData()) != 0)
             return; // a directory that is not empty, or one that this account cannot write to
-        if (state == State::Held && waited.hasExpired(patienceWithRunning))
-            return;
         const bool isGone = state == State::Absent || state == State::Abandoned;
+        if (!isGone && waited.hasExpired(patienceWithRunning))
+            return;
         if (isGone && (m_lock.tryLock(0) || m_lock.error() != QLockFile::LockFailedError))
             return;
     }
