@@ -134,6 +134,9 @@ class Files(World):
         self.assertEqual(self.on_terminal("files", "list", "new")[1].strip(), shown)
         self.assertIn(shown, self.on_terminal("files", "list", name)[1])
         self.assertIn("a\\u001b[31m\\u202e\\u009bb\\nc", self.auxctl("files", "list", "new", "--json"))
+        self.auxctl("config", "set", f"device/infotext={name}")
+        for command in (("config", "export"), ("config", "export", "-"), ("report",)):
+            self.assertIn("a\\u001b[31m\\u202e\\u009bb\\nc", self.on_terminal(*command)[1])
 
     def test_destructive_commands_ask(self):
         self.auxctl("files", "reset", status=2)

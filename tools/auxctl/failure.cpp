@@ -2,6 +2,7 @@
 #include "failure.h"
 
 #include <QPair>
+#include <QRegularExpression>
 #include <QVector>
 
 #include <algorithm>
@@ -23,7 +24,7 @@ QVector<QPair<QString, QString>> &fileNames()
 QString withNames(QString message)
 {
     for (const auto &[path, name] : fileNames())
-        message.replace(path + QStringLiteral(": "), name + QStringLiteral(": "));
+        message.replace(QRegularExpression(QRegularExpression::escape(path) + "\\b"), name);
     return message;
 }
 
@@ -84,6 +85,13 @@ void misuseUnknown(const char *kind, const QString &word, const QStringList &can
 void nameFile(const QString &path, const QString &name)
 {
     fileNames() += {path, name};
+}
+
+void checkOn(const QString &file, const char *state, aux::Error error)
+{
+    if (error.getExtraData().isEmpty())
+        error.setExtraData(QStringLiteral("%1: %2").arg(file, state));
+    check(std::move(error));
 }
 
 void check(aux::Error error)

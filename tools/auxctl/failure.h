@@ -39,11 +39,14 @@ constexpr const char *ownDomain = "auxctl";
 [[noreturn]] void misuseUnknown(const char *kind, const QString &word,
                                 const QStringList &candidates);
 
-/// Lets messages about a file, "PATH: EXPLANATION", call it what people know it as.
+/// Lets messages about a file call it what people know it as.
 void nameFile(const QString &path, const QString &name);
 
 /// Fails where the library did.
 void check(aux::Error error);
+/// The same; where the library does not say what has caused that, the file is named, and what it is
+/// now, "not unpacked".
+void checkOn(const QString &file, const char *state, aux::Error error);
 /// What the library returned along with its error; fails where it did.
 template <typename Value>
 Value checked(std::pair<aux::Error, Value> result)

@@ -52,17 +52,6 @@ void printError(const aux::Error &error)
               << (colour ? "\033[0m" : "") << '\n';
 }
 
-/// The document, in which nothing acts on a terminal.
-QByteArray toText(const QJsonObject &object)
-{
-    QString text;
-    for (const QChar letter : QString::fromUtf8(QJsonDocument(object).toJson())) {
-        const bool isPlain = letter == '\n' || !isInvisible(letter);
-        text += isPlain ? QString(letter) : QString::asprintf("\\u%04x", letter.unicode());
-    }
-    return text.toUtf8();
-}
-
 QJsonObject toObject(const aux::Error &error)
 {
     QJsonObject object{{"error", toJson(error)}};
@@ -81,6 +70,16 @@ ExitStatus afterWriting(const QByteArray &bytes, ExitStatus status)
 }
 
 } // namespace
+
+QByteArray jsonText(const QJsonObject &object)
+{
+    QString text;
+    for (const QChar letter : QString::fromUtf8(QJsonDocument(object).toJson())) {
+        const bool isPlain = letter == '\n' || !isInvisible(letter);
+        text += isPlain ? QString(letter) : QString::asprintf("\\u%04x", letter.unicode());
+    }
+    return text.toUtf8();
+}
 
 QJsonArray toJson(const aux::Error &error)
 {
@@ -136,7 +135,8 @@ ExitStatus print(const Result &result, const Format &format)
     for (const QString &warning : result.warnings)
         printLines({QStringLiteral("%1: warning: %2").arg(ownDomain, warning)});
     const QByteArray text = result.text.isEmpty() ? QByteArray() : result.text.toUtf8() + '\n';
-    return afterWriting(format.isJson ? toText({{format.key, result.json}}) : text, result.status);
+    return afterWriting(format.isJson ? jsonText({{format.key, result.json}}) : text,
+                        result.status);
 }
 
 ExitStatus print(const Failure &failure, const Format &format)
@@ -144,7 +144,7 @@ ExitStatus print(const Failure &failure, const Format &format)
     if (format.showsDiagnostics || failure.status == ExitStatus::No)
         printLines(takeDiagnostics());
     printError(failure.error);
-    return afterWriting(format.isJson ? toText(toObject(failure.error)) : QByteArray(),
+    return afterWriting(format.isJson ? jsonText(toObject(failure.error)) : QByteArray(),
                         failure.status);
 }
 

@@ -27,6 +27,9 @@ struct Format {
 ExitStatus print(const Result &result, const Format &format);
 ExitStatus print(const Failure &failure, const Format &format);
 
+/// A document in lines, in which nothing acts on a terminal.
+QByteArray jsonText(const QJsonObject &object);
+
 /// The entries of an error, newest first.
 QJsonArray toJson(const aux::Error &error);
 

@@ -114,6 +114,14 @@ Result plainText(const QString &text)
     return {text, printable(text)};
 }
 
+Result textLines(const QStringList &texts)
+{
+    QStringList lines;
+    for (const QString &text : texts)
+        lines += printable(text);
+    return {QJsonArray::fromStringList(texts), lines.join('\n')};
+}
+
 Result document(const QString &text)
 {
     return {text, text};

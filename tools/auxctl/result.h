@@ -29,6 +29,8 @@ QJsonObject toObject(const Record &fields);
 
 /// One text, which may come from outside.
 Result plainText(const QString &text);
+/// One line per text, which may come from outside.
+Result textLines(const QStringList &texts);
 /// A text of many lines that this program has made.
 Result document(const QString &text);
 /// One line per value, the values aligned.

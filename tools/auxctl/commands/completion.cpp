@@ -2,8 +2,6 @@
 #include "candidates.h"
 #include "help.h"
 
-#include <QJsonArray>
-
 namespace auxctl
 {
 
@@ -24,9 +22,8 @@ constexpr ValueOption<QString> currentOption{"current", "TEXT", "The beginning o
 
 Result complete(const Call &call)
 {
-    const QStringList candidates =
-        candidatesAfter(call.arguments(), call.value(currentOption).value_or(QString()));
-    return {QJsonArray::fromStringList(candidates), candidates.join('\n')};
+    return textLines(
+        candidatesAfter(call.arguments(), call.value(currentOption).value_or(QString())));
 }
 
 const Registration completionRow{{"completion",

@@ -40,9 +40,7 @@ Result apply(const Call &call)
     aux::Configuration configuration;
     open(configuration, call);
     aux::Candidate candidate;
-    aux::Error faults = aux::readFaultless(path, candidate);
-    faults.setExtraData(input.name() + ": not taken into use");
-    check(std::move(faults));
+    checkOn(input.name(), "not taken into use", aux::readFaultless(path, candidate));
     Result result = differences(candidate, configuration);
     if (!call.has(dryRunOption))
         check(configuration.applyConfigFile(path));

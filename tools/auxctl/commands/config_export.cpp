@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "config/jsonformat.h"
+#include "output.h"
 #include "settings.h"
 #include "streams.h"
 
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QSettings>
 
@@ -31,7 +31,7 @@ Result exportSettings(const Call &call)
     open(configuration, call);
     const bool reveal = call.has(revealOption);
     const QJsonObject settings = complete(configuration, reveal);
-    const QByteArray text = QJsonDocument(settings).toJson();
+    const QByteArray text = jsonText(settings);
     QStringList warnings;
     if (!reveal)
         warnings += "secrets are left out, without them it cannot be applied; --reveal writes them";

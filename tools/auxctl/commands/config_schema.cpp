@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "output.h"
 #include "settings.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <climits>
@@ -99,8 +99,7 @@ Result printSchema(const Call &)
     schema["$schema"] = "https://json-schema.org/draft/2020-12/schema";
     schema["title"] = "Settings of a terminal";
     schema["anyOf"] = someOn();
-    const QString printed = QString::fromUtf8(QJsonDocument(schema).toJson()).trimmed();
-    return {schema, printed};
+    return {schema, QString::fromUtf8(jsonText(schema)).trimmed()};
 }
 
 const Registration row{{"config schema",

@@ -34,7 +34,9 @@ Result unpack(const Call &call)
     auto type = aux::DataHelper::ZEL_FILE_TYPE::Unknown;
     const QFileInfo temporary(output.file().pathWithoutName());
     QString name = temporary.fileName();
-    check(aux::DataHelper::unpackFileFromBinContainer(input.path(), type, temporary.path(), name));
+    checkOn(
+        input.name(), "not unpacked",
+        aux::DataHelper::unpackFileFromBinContainer(input.path(), type, temporary.path(), name));
     return output.commit(record({{"path", output.path()}, {"type", typeName(type)}}));
 }
 

@@ -3,7 +3,6 @@
 #include "fs/datadirectories.h"
 
 #include <QDir>
-#include <QJsonArray>
 
 namespace auxctl
 {
@@ -19,7 +18,7 @@ Result makeDirectories(const Call &)
             fail(QStringLiteral("cannot make %1").arg(directory.path));
         paths += directory.path;
     }
-    return {QJsonArray::fromStringList(paths), paths.join('\n')};
+    return textLines(paths);
 }
 
 const Registration row{{"files init",

@@ -2,10 +2,6 @@
 #include "command.h"
 #include "location.h"
 
-#include <QJsonArray>
-
-#include <algorithm>
-
 namespace auxctl
 {
 
@@ -19,11 +15,7 @@ Result name(const Call &call)
 
 Result list(const Call &call)
 {
-    QStringList names = checked(aux::FsHelper::createDirList(locationFromName(call.argument(0))));
-    const QJsonArray json = QJsonArray::fromStringList(names);
-    std::transform(names.begin(), names.end(), names.begin(),
-                   [](const QString &name) { return printable(name); });
-    return {json, names.join('\n')};
+    return textLines(checked(aux::FsHelper::createDirList(locationFromName(call.argument(0)))));
 }
 
 Result count(const Call &call)

@@ -43,8 +43,9 @@ Result move(const Call &call)
     const QString moved = QFileInfo(newName.isEmpty() ? name : newName).fileName();
     const QString path = aux::FsHelper::createPathName(to, moved);
     checkDuplicate(aux::FsHelper::createPathName(from, QFileInfo(name).fileName()), path);
-    check(aux::FsHelper::fileMove(from, to, name, checksum.value_or(QString()),
-                                  checksum.has_value(), newName));
+    checkOn(aux::FsHelper::createPathName(from, name), "not moved",
+            aux::FsHelper::fileMove(from, to, name, checksum.value_or(QString()),
+                                    checksum.has_value(), newName));
     return record({{"path", path}});
 }
 

@@ -23,7 +23,7 @@ Result importKey(const Call &call)
 {
     Input input(call.argument(0));
     supervise([] { static_cast<void>(aux::DataHelper::removeKeypairGPG()); }); // half a key is none
-    check(aux::DataHelper::importKeypairGPG(input.path()));
+    checkOn(input.name(), "not imported", aux::DataHelper::importKeypairGPG(input.path()));
     return plainText("imported");
 }
 
@@ -31,7 +31,7 @@ Result encrypt(const Call &call)
 {
     Input input(call.argument(0));
     Output output(call, call.argument(1), Access::Own, stopAgents);
-    check(aux::encryptFile(input.path(), output.file()));
+    checkOn(input.name(), "not encrypted", aux::encryptFile(input.path(), output.file()));
     return output.committed(record({{"path", output.path()}}));
 }
 
@@ -40,7 +40,7 @@ Result decrypt(const Call &call)
     const QString phrase = passPhrase(call, PassPhraseKind::Known);
     Input input(call.argument(0));
     Output output(call, call.argument(1), Access::Own, stopAgents);
-    check(aux::decryptFile(input.path(), output.file(), phrase));
+    checkOn(input.name(), "not decrypted", aux::decryptFile(input.path(), output.file(), phrase));
     return output.committed(record({{"path", output.path()}}));
 }
 

@@ -13,7 +13,6 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QStorageInfo>
@@ -194,7 +193,7 @@ Result makeReport(const Call &call)
         return settingsOf(configuration);
     });
     lookAtLocations(report);
-    const QByteArray text = QJsonDocument(report.object()).toJson();
+    const QByteArray text = jsonText(report.object());
     if (call.arguments().isEmpty())
         return {report.object(), QString::fromUtf8(text).trimmed()};
     Output output(call, call.argument(0), Access::Own);

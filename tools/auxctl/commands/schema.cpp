@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "command.h"
+#include "output.h"
 #include "shape.h"
-
-#include <QJsonDocument>
 
 namespace auxctl
 {
@@ -13,7 +12,7 @@ namespace
 Result printSchema(const Call &)
 {
     const QJsonObject schema = schemaOfDocuments();
-    return {schema, QString::fromUtf8(QJsonDocument(schema).toJson()).trimmed()};
+    return {schema, QString::fromUtf8(jsonText(schema)).trimmed()};
 }
 
 const Registration row{{"schema",
