@@ -126,6 +126,26 @@ COMMANDS = (
         "auxctl pgp remove",
         "auxctl pgp remove key",
     )),
+    ("Signatures", (
+        "auxctl pgp trust list",
+        "gpg --armor --export terminal > server.asc",
+        "auxctl pgp trust add candidate.bin",
+        "auxctl pgp trust add server.asc",
+        "auxctl pgp trust list server",
+        "auxctl config apply candidate.bin",
+        "auxctl pgp sign candidate.bin --passphrase-file secret",
+        "auxctl pgp import pair.gpg",
+        "auxctl pgp sign candidate.bin --passphrase-file secret",
+        "auxctl pgp remove",
+        "auxctl pgp verify candidate.bin",
+        "auxctl config apply candidate.bin --dry-run",
+        "auxctl pgp verify card.bin candidate.bin.sig --keyring server.asc",
+        "auxctl container verify card.bin --keyring server.asc",
+        "auxctl pgp trust remove 0",
+        "auxctl pgp trust list | awk '/good/ { print $1 }' > fingerprint",
+        "auxctl pgp trust remove $(cat fingerprint)",
+        "auxctl pgp trust remove $(cat fingerprint) --last",
+    )),
     ("System", (
         "auxctl link lo",
         "auxctl link nope0",
@@ -174,6 +194,7 @@ def run(line, work, environment, statuses):
                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
     told = re.sub(r"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}", "0d9f8e4c-6b1a-4c57-9d3e-2f60a1b7c8d5", ended.stdout)
     told = re.sub(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ", "2026-01-31T12:00:00Z", told)
+    told = re.sub(r"\b[0-9A-F]{40}\b", "8F3A1C05D2B94E67A0F1C3D5E7B9024681ACE357", told)
     told = told if not told or told.endswith("\n") else told + "\n"
     statuses.append((line, ended.returncode))
     return f"$ {line}\n{told}" + (f"[{ended.returncode}]\n" if ended.returncode else "")
@@ -220,7 +241,7 @@ def main():
     make_key(work)
     make_radio()
     environment = {**os.environ, "PATH": f"{tools}:{os.path.dirname(os.environ['AUXCTL'])}:{os.environ['PATH']}",
-                   "LC_ALL": "C.UTF-8"}
+                   "GNUPGHOME": "/tmp/server", "LC_ALL": "C.UTF-8"}
     statuses = []
     print(INTRODUCTION, end="")
     for title, lines in COMMANDS:

@@ -2,6 +2,7 @@
 #include "openpgp/packets.h"
 
 #include <QDataStream>
+#include <QIODevice>
 
 namespace aux::gpg
 {
@@ -74,21 +75,23 @@ std::optional<int> packetTag(char first)
     return static_cast<int>((byte & newFormatBit) != 0 ? byte & 0x3fU : (byte & 0x3cU) >> 2U);
 }
 
-std::optional<QVector<int>> packetTags(const QByteArray &content)
+QVector<Packet> packetsOf(const QByteArray &content)
 {
-    QVector<int> tags;
+    QVector<Packet> packets;
     QDataStream stream(content); // big-endian
     while (!stream.atEnd()) {
+        const auto begin = static_cast<int>(stream.device()->pos());
         const auto first = static_cast<unsigned int>(number<quint8>(stream));
         const auto tag = packetTag(static_cast<char>(first));
         const qint64 length =
             (first & newFormatBit) != 0 ? newLength(stream) : oldLength(stream, first & 3U);
         if (!tag || length < 0 || length > content.size() || stream.status() != QDataStream::Ok ||
             stream.skipRawData(static_cast<int>(length)) != length)
-            return std::nullopt;
-        tags += *tag;
+            return {};
+        const auto end = static_cast<int>(stream.device()->pos());
+        packets += {*tag, content.mid(begin, end - begin)};
     }
-    return tags;
+    return packets;
 }
 
 QByteArray dearmoured(const QByteArray &content)

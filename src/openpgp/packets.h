@@ -23,9 +23,13 @@ constexpr int publicKey = 6;
 /// The tag of the packet that begins with this byte (4.2); nothing where none does.
 std::optional<int> packetTag(char first);
 
-/// The tags of all packets; nothing where this is no sequence of whole packets, each of which says
-/// how long it is.
-std::optional<QVector<int>> packetTags(const QByteArray &content);
+struct Packet {
+    int tag = 0;
+    QByteArray content; // with its header
+};
+
+/// All packets; none where this is no sequence of whole packets, each of which says how long it is.
+QVector<Packet> packetsOf(const QByteArray &content);
 
 /// What all ASCII armours (6.2) of a text hold, one after the other, empty where one is damaged;
 /// what is no text is returned as it is. The checksum does not count: what can be told by it, the

@@ -4,6 +4,7 @@
 #include "openpgp/packets.h"
 #include "openpgp/signatures.h"
 
+#include <algorithm>
 #include <cerrno>
 
 namespace aux
@@ -38,8 +39,12 @@ std::pair<Reason, QByteArray> readSignature(const QString &path)
     auto [reason, packets] =
         readPackets(path, QStringLiteral("signature cannot be read"), largestSignature,
                     QStringLiteral("signature is too large"));
-    const auto tags = gpg::packetTags(packets).value_or(QVector<int>());
-    if (reason.isNone() && (tags.isEmpty() || tags.count(gpg::tag::signature) != tags.size()))
+    const auto parts = gpg::packetsOf(packets);
+    const bool isSignature =
+        !parts.isEmpty() && std::all_of(parts.begin(), parts.end(), [](const gpg::Packet &part) {
+            return part.tag == gpg::tag::signature;
+        });
+    if (reason.isNone() && !isSignature)
         return {gpg::signatureDamaged, {}};
     return {reason, packets};
 }
@@ -74,8 +79,7 @@ std::pair<Reason, QByteArray> readKeyring(const QString &keyringFile)
 {
     auto [reason, packets] = readPackets(keyringFile, QStringLiteral("keyring cannot be read"),
                                          largestKeyring, QStringLiteral("keyring is too large"));
-    const auto tags = gpg::packetTags(packets).value_or(QVector<int>());
-    if (reason.isNone() && tags.value(0) != gpg::tag::publicKey)
+    if (reason.isNone() && gpg::packetsOf(packets).value(0).tag != gpg::tag::publicKey)
         return {QStringLiteral("keyring holds no public key"), {}};
     return {reason, packets};
 }

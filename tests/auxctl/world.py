@@ -33,7 +33,7 @@ def schema():
 
 def validate(document, words):
     """Fails where it has not the shape that auxctl publishes for the command, or an error."""
-    names = [" ".join(words[:count]) for count in (1, 2)]
+    names = [" ".join(map(str, words[:count])) for count in (1, 2, 3)]
     shapes = [shape for name, shape in schema()["$defs"].items() if name in (*names, "error")]
     jsonschema.validate(document, {**schema(), "anyOf": shapes})
 

@@ -5,6 +5,7 @@
 #include "location.h"
 #include "settings.h"
 #include "system/interfacelist.h"
+#include "trustedkeys.h"
 
 #include <QHostAddress>
 #include <QRegularExpression>
@@ -47,10 +48,13 @@ QStringList valuesOf(QString placeholder)
             names += interface.name;
         return names;
     }
+    if (placeholder == "FINGERPRINT")
+        return trustedFingerprints();
     if (placeholder == "SHELL")
         return {"bash", "fish", "zsh"};
-    const bool isPath = placeholder.endsWith("FILE") ||
-                        QStringList{"CONTAINER", "MESSAGE", "DIRECTORY"}.contains(placeholder);
+    const bool isPath =
+        placeholder.endsWith("FILE") ||
+        QStringList{"CONTAINER", "MESSAGE", "SIGNATURE", "DIRECTORY"}.contains(placeholder);
     return isPath ? QStringList(anyFile) : QStringList();
 }
 

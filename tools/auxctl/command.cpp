@@ -68,7 +68,8 @@ void misuseUnknownCommand(const QStringList &words)
     QStringList names;
     for (const Command &command : commands())
         names += command.name;
-    misuseUnknown("command", words.mid(0, 2).join(' '), names);
+    const int size = isFamily(words.mid(0, 2)) ? 3 : 2;
+    misuseUnknown("command", words.mid(0, size).join(' '), names);
 }
 
 const std::vector<const Option *> &commonOptions()

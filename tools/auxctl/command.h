@@ -75,7 +75,7 @@ private:
 
 /// One row of the table that the program, its help, the completion and the manual are made from.
 struct Command {
-    const char *name;      // one word or two
+    const char *name;      // one word or more
     const char *arguments; // as the usage shows them: [X] may be left out, X... may be repeated
     const char *key;       // what the result stands under in JSON
     const char *shape;     // and what the result is there

@@ -30,8 +30,7 @@ QString withNames(QString message)
 
 [[noreturn]] void raise(ExitStatus status, const QString &message)
 {
-    throw Failure{status,
-                  aux::ErrorData(ownDomain, withNames(message), static_cast<unsigned int>(status))};
+    throw Failure{status, ownError(status, message)};
 }
 
 /// The number of letters to insert, remove or replace (Levenshtein distance).
@@ -52,6 +51,11 @@ int distance(const QString &a, const QString &b)
 }
 
 } // namespace
+
+aux::Error ownError(ExitStatus status, const QString &message)
+{
+    return aux::ErrorData(ownDomain, withNames(message), static_cast<unsigned int>(status));
+}
 
 void fail(const QString &message)
 {
@@ -87,11 +91,16 @@ void nameFile(const QString &path, const QString &name)
     fileNames() += {path, name};
 }
 
+aux::Error about(const QString &file, const char *state, aux::Error error)
+{
+    if (error.hasError() && error.getExtraData().isEmpty())
+        error.setExtraData(QStringLiteral("%1: %2").arg(file, state));
+    return error;
+}
+
 void checkOn(const QString &file, const char *state, aux::Error error)
 {
-    if (error.getExtraData().isEmpty())
-        error.setExtraData(QStringLiteral("%1: %2").arg(file, state));
-    check(std::move(error));
+    check(about(file, state, std::move(error)));
 }
 
 void check(aux::Error error)

@@ -29,6 +29,9 @@ struct Failure {
 /// The domain of the errors of this program.
 constexpr const char *ownDomain = "auxctl";
 
+/// An error of that domain, with the status for an id.
+aux::Error ownError(ExitStatus status, const QString &message);
+
 /// This program, or the system, could not do it.
 [[noreturn]] void fail(const QString &message);
 /// The same, where the file could not be opened or read, which is what `action` says.
@@ -44,8 +47,10 @@ void nameFile(const QString &path, const QString &name);
 
 /// Fails where the library did.
 void check(aux::Error error);
-/// The same; where the library does not say what has caused that, the file is named, and what it is
-/// now, "not unpacked".
+/// The failure; where the library does not say what has caused it, the file is named, and what it
+/// is now, "not unpacked".
+aux::Error about(const QString &file, const char *state, aux::Error error);
+/// Fails with that where the library did.
 void checkOn(const QString &file, const char *state, aux::Error error);
 /// What the library returned along with its error; fails where it did.
 template <typename Value>

@@ -57,6 +57,10 @@ Result lookAtEach(const QStringList &files, const std::function<Finding(const QS
             rows += fields;
             if (finding.isNo && result.status == ExitStatus::Done)
                 result.status = ExitStatus::No;
+            if (finding.reason.hasError()) {
+                result.errors += finding.reason;
+                fields += {"error", toJson(finding.reason)};
+            }
         } catch (const Failure &failure) {
             result.status = ExitStatus::Failed;
             result.errors += failure.error;

@@ -13,6 +13,7 @@ namespace auxctl
 struct Finding {
     Record fields;
     bool isNo = false;
+    aux::Error reason = {}; // of the no, where there is one to be told
 };
 
 /// The arguments as files: the name of a location, where no file is called so, stands for all of

@@ -55,6 +55,11 @@ QString valueText(const QJsonValue &value)
     return printable(value.toVariant().toString());
 }
 
+QString timeText(const QDateTime &moment)
+{
+    return moment.toUTC().toString(Qt::ISODate);
+}
+
 bool isInvisible(QChar letter)
 {
     switch (letter.category()) {

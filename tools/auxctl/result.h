@@ -4,6 +4,7 @@
 
 #include "failure.h"
 
+#include <QDateTime>
 #include <QJsonObject>
 #include <QPair>
 #include <QString>
@@ -50,6 +51,8 @@ QString printable(const QString &text, int descriptor);
 QString printable(const QString &text);
 /// Whether a letter cannot be seen, but acts on what shows it.
 bool isInvisible(QChar letter);
+/// A moment in UTC (ISO 8601); nothing for none.
+QString timeText(const QDateTime &moment);
 /// A value the way it is printed and typed.
 QString valueText(const QJsonValue &value);
 

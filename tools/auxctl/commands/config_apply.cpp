@@ -2,7 +2,9 @@
 #include "changes.h"
 #include "config/validation.h"
 #include "containerfile.h"
+#include "signatures.h"
 #include "streams.h"
+#include "trustedkeys.h"
 
 namespace auxctl
 {
@@ -32,6 +34,11 @@ Result apply(const Call &call)
 {
     Input input(call.argument(0));
     QString path = input.path();
+    aux::NewFile verified;
+    if (requiresSignatures()) {
+        keepVerified(input, verified);
+        path = verified.pathWithoutName();
+    }
     aux::NewFile payload;
     if (isContainer(path)) {
         extract(path, payload);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "containerfile.h"
 #include "files.h"
+#include "signatures.h"
 #include "streams.h"
 
 namespace auxctl
@@ -28,14 +29,27 @@ Result describe(const Call &call)
     return lookAtEach(filesOf(call.arguments()), describeFile);
 }
 
-Result verify(const Call &call)
+Finding verifySigner(const QString &argument, const QString &keyring)
 {
-    return lookAtEach(filesOf(call.arguments()), verifyFile);
+    Input input(argument);
+    const Finding content = verifyFile(argument);
+    const Finding signer = verifySignature(argument, input.path(), signaturePath(input), keyring);
+    return {content.fields + signer.fields, content.isNo || signer.isNo, signer.reason};
 }
 
-constexpr const char *shape = "[{path: text, error?: [{domain: text, message: text, id: number}], "
-                              "type?: text, name?: text, size?: number, digest?: text, "
-                              "complete?: bool, valid?: bool}]";
+Result verify(const Call &call)
+{
+    const auto keyring = call.value(keyringOption);
+    const auto look = [&keyring](const QString &argument) {
+        return keyring ? verifySigner(argument, *keyring) : verifyFile(argument);
+    };
+    return lookAtEach(filesOf(call.arguments()), look);
+}
+
+constexpr const char *shape =
+    "[{path: text, error?: [{domain: text, message: text, id: number}], "
+    "type?: text, name?: text, size?: number, digest?: text, "
+    "complete?: bool, valid?: bool, trusted?: bool, signer?: text, signed?: text}]";
 
 const Registration infoRow{{"container info",
                             "FILE...",
@@ -49,7 +63,7 @@ const Registration verifyRow{{"container verify",
                               "containers",
                               shape,
                               "Check the digests of containers, writing nothing",
-                              {},
+                              {&keyringOption},
                               verify}};
 
 } // namespace

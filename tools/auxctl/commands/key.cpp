@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "openpgp/packets.h"
 #include "passphrase.h"
 #include "streams.h"
 
@@ -33,15 +34,11 @@ Result protect(const Call &call)
     return plainText(checked(aux::DataHelper::encryptKeyB64(key, phrase)));
 }
 
-/// Whether it begins like an OpenPGP key (RFC 4880, 4.2): a packet with the tag of a secret or a
-/// public key, in the old or the new format, or the armour of one.
+/// Whether it begins like an OpenPGP key, in the clear or in an armour.
 bool looksLikeKey(const QByteArray &key)
 {
-    const unsigned int first = static_cast<unsigned char>(key.at(0));
-    const unsigned int tag = (first & 0x40U) != 0 ? first & 0x3fU : (first & 0x3cU) >> 2U;
-    constexpr unsigned int secretKey = 5;
-    constexpr unsigned int publicKey = 6;
-    return ((first & 0x80U) != 0 && (tag == secretKey || tag == publicKey)) ||
+    const auto tag = aux::gpg::packetTag(key.at(0));
+    return tag == aux::gpg::tag::secretKey || tag == aux::gpg::tag::publicKey ||
            key.startsWith("-----BEGIN PGP ");
 }
 

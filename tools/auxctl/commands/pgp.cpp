@@ -2,8 +2,10 @@
 #include "openpgp/keyring.h"
 #include "openpgp/openpgp.h"
 #include "passphrase.h"
+#include "signatures.h"
 #include "streams.h"
 #include "supervisor.h"
+#include "trustedkeys.h"
 
 #include <aux/datahelper.h>
 
@@ -40,8 +42,40 @@ Result decrypt(const Call &call)
     const QString phrase = passPhrase(call, PassPhraseKind::Known);
     Input input(call.argument(0));
     Output output(call, call.argument(1), Access::Own, stopAgents);
-    checkOn(input.name(), "not decrypted", aux::decryptFile(input.path(), output.file(), phrase));
+    Record made{{"path", output.path()}};
+    const auto keyring = call.value(keyringOption);
+    auto [error, signature] = keyring
+                                  ? aux::decryptFile(input.path(), output.file(), phrase, *keyring)
+                                  : std::pair(aux::decryptFile(input.path(), output.file(), phrase),
+                                              aux::DataHelper::Signature());
+    checkOn(input.name(), "not decrypted", std::move(error));
+    if (keyring)
+        made += describe(signature);
+    return output.committed(record(made));
+}
+
+Result sign(const Call &call)
+{
+    Input input(call.argument(0));
+    const QString signature = call.arguments().size() > 1 ? call.argument(1) : signaturePath(input);
+    const QString phrase = passPhrase(call, PassPhraseKind::Known);
+    Output output(call, signature, Access::Common, stopAgents);
+    checkOn(input.name(), "not signed", aux::signFile(input.path(), output.file(), phrase));
     return output.committed(record({{"path", output.path()}}));
+}
+
+Result verify(const Call &call)
+{
+    Input input(call.argument(0));
+    const QString signature = call.arguments().size() > 1 ? call.argument(1) : signaturePath(input);
+    Input made(signature);
+    const QString keyring = call.value(keyringOption).value_or(trustedKeysPath);
+    const Finding finding = verifySignature(input.name(), input.path(), made.path(), keyring);
+    Result result =
+        answered(!finding.isNo, record(Record{{"path", input.name()}} + finding.fields));
+    if (finding.isNo)
+        result.errors += finding.reason;
+    return result;
 }
 
 Result removeKey(const Call &)
@@ -64,13 +98,28 @@ const Registration encryptRow{{"pgp encrypt",
                                "Encrypt a file to the imported key",
                                {&forceOption},
                                encrypt}};
-const Registration decryptRow{{"pgp decrypt",
-                               "MESSAGE FILE",
-                               "file",
-                               "{path: text}",
-                               "Decrypt a message with the imported key",
-                               {&passPhraseFileOption, &passPhraseDescriptorOption, &forceOption},
-                               decrypt}};
+const Registration decryptRow{
+    {"pgp decrypt",
+     "MESSAGE FILE",
+     "file",
+     "{path: text, signer?: text, signed?: text}",
+     "Decrypt a message with the imported key",
+     {&keyringOption, &passPhraseFileOption, &passPhraseDescriptorOption, &forceOption},
+     decrypt}};
+const Registration signRow{{"pgp sign",
+                            "FILE [SIGNATURE]",
+                            "file",
+                            "{path: text}",
+                            "Sign a file with the imported key, in FILE.sig",
+                            {&passPhraseFileOption, &passPhraseDescriptorOption, &forceOption},
+                            sign}};
+const Registration verifyRow{{"pgp verify",
+                              "FILE [SIGNATURE]",
+                              "signature",
+                              "{path: text, trusted: bool, signer: text, signed: text}",
+                              "Check that a file is signed by a trusted key, in FILE.sig",
+                              {&keyringOption},
+                              verify}};
 const Registration removeRow{
     {"pgp remove", "", "pgp", "text", "Remove the imported key", {}, removeKey}};
 

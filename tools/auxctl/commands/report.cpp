@@ -6,6 +6,7 @@
 #include "output.h"
 #include "settings.h"
 #include "streams.h"
+#include "trustedkeys.h"
 
 #include <aux/systemhelper.h>
 #include <aux/systeminfo.h>
@@ -60,11 +61,6 @@ private:
     QJsonObject m_object;
     QStringList m_unseen;
 };
-
-QString time(const QDateTime &moment)
-{
-    return moment.toUTC().toString(Qt::ISODate);
-}
 
 /// The first line that a program prints; a failure where it cannot be run.
 QString versionOf(const QString &program, const QString &option)
@@ -143,8 +139,8 @@ QJsonObject describe(aux::DirLocation location, const QString &name, Report &rep
             {"path", path},
             {"freeBytes", QStorageInfo(path).bytesAvailable()},
             {"count", files.size()},
-            {"newest", files.isEmpty() ? QString() : time(files.first().lastModified())},
-            {"oldest", files.isEmpty() ? QString() : time(files.last().lastModified())},
+            {"newest", files.isEmpty() ? QString() : timeText(files.first().lastModified())},
+            {"oldest", files.isEmpty() ? QString() : timeText(files.last().lastModified())},
             {"damaged", damagedOf(files, name, report)}};
 }
 
@@ -160,7 +156,7 @@ void lookAtSystem(Report &report)
 {
     using aux::SystemInfo;
     const QDateTime now = QDateTime::currentDateTime();
-    report.add("time", time(now));
+    report.add("time", timeText(now));
     report.add("isTimePlausible", isPlausible(now));
     report.look("serial", [] {
         check(SystemInfo::loadSerialNumber());
@@ -171,6 +167,7 @@ void lookAtSystem(Report &report)
     report.add("qt", qVersion());
     report.add("kernel", QSysInfo::kernelVersion());
     report.look("gpg", [] { return versionOf("gpg", "--version"); });
+    report.look("gpgv", [] { return versionOf("gpgv", "--version"); });
     report.look("supplicant", [] { return versionOf("/usr/sbin/wpa_supplicant", "-v"); });
     report.add("network", networkInUse());
     report.add("wifiMac", SystemInfo::getWifiMac());
@@ -193,6 +190,8 @@ Result makeReport(const Call &call)
         return settingsOf(configuration);
     });
     lookAtLocations(report);
+    report.add("isSignatureRequired", requiresSignatures()); // of a configuration
+    report.look("trustedKeys", [] { return table(descriptionsOf(trustedKeys())).json; });
     const QByteArray text = jsonText(report.object());
     if (call.arguments().isEmpty())
         return {report.object(), QString::fromUtf8(text).trimmed()};
@@ -203,12 +202,14 @@ Result makeReport(const Call &call)
 
 constexpr const char *shape =
     "{serial?: text, bsp: text, version: text, qt: text, kernel: text, gpg?: text, "
-    "supplicant?: text, time: text, isTimePlausible: bool, link: bool, wifiMac: text, "
+    "gpgv?: text, supplicant?: text, time: text, isTimePlausible: bool, link: bool, wifiMac: text, "
     "wifi?: {connected: bool, quality: number}, network: " AUXCTL_NETWORK_SHAPE
     ", configuration?: {path: text, version: text, commits: number, settings: "
     "[{key: text, value?: scalar, secret?: bool, default: scalar}], problems: [text]}, "
     "locations: [{location: text, path: text, freeBytes: number, count: number, newest: text, "
-    "oldest: text, damaged: [text]}], unseen: [text]}";
+    "oldest: text, damaged: [text]}], isSignatureRequired: bool, trustedKeys?: " AUXCTL_KEYS_SHAPE
+    ", "
+    "unseen: [text]}";
 
 const Registration row{{"report",
                         "[FILE]",

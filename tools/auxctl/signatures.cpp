@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "signatures.h"
+
+#include "fs/fileidentity.h"
+#include "openpgp/verification.h"
+#include "trustedkeys.h"
+
+namespace auxctl
+{
+
+constexpr ValueOption<QString> keyringOption{
+    "keyring", "FILE", "Also verify the signature, by a public key of this file", anyText};
+
+QString signaturePath(const Input &input)
+{
+    if (input.isStream())
+        misuse("standard input has no signature beside it");
+    return input.name() + ".sig";
+}
+
+Record describe(const aux::DataHelper::Signature &signature)
+{
+    return {{"signer", signature.fingerprint}, {"signed", timeText(signature.time)}};
+}
+
+Finding verifySignature(const QString &name, const QString &path, const QString &signature,
+                        const QString &keyring)
+{
+    aux::Verdict verdict;
+    aux::Error reason;
+    if (aux::isOccupied(path) && !aux::isOccupied(signature)) {
+        reason = ownError(ExitStatus::No, QStringLiteral("there is no signature ") + signature);
+    } else {
+        verdict = aux::verifyDetached(path, signature, keyring);
+        reason = about(name, "not verified", verdict.result("verifyFileGPG").first);
+        if (!verdict.isAnswer)
+            check(reason);
+    }
+    const bool isNo = reason.hasError();
+    return {Record{{"trusted", !isNo}} + describe(verdict.signature), isNo, reason};
+}
+
+void keepVerified(Input &input, aux::NewFile &copy)
+{
+    constexpr int largest = 2 << 20; // bytes, of a candidate or a container with one
+    const QString signature = signaturePath(input);
+    aux::RegularFile file(input.path());
+    const auto content = file.openForReading() ? file.readUpTo(largest + 1) : std::nullopt;
+    if (!content)
+        fail(QStringLiteral("cannot read ") + file.cause());
+    if (content->size() > largest)
+        fail(QStringLiteral("%1 holds more than %2 bytes").arg(input.name()).arg(largest));
+    if (!copy.open() || !copy.write(*content) || !copy.commit())
+        fail(QStringLiteral("cannot keep ") + copy.cause());
+    nameFile(copy.pathWithoutName(), input.name());
+    check(verifySignature(input.name(), copy.pathWithoutName(), signature, trustedKeysPath).reason);
+}
+
+} // namespace auxctl
