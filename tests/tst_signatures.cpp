@@ -21,7 +21,7 @@ trust() { gpg --export "$@" >keys; }
 sign() { name=$1; shift; gpg "$@" --local-user $name --output sig --detach-sign file; }
 seal() { gpg "$@" --recipient box --output in --encrypt file; }
 sq_key() {
-    command -v sq >>log || exit 77
+    sq --version 2>&1 | grep '^sq 0' >>log || exit 77
     sq key generate --cipher-suite $1 --userid sq --export sq.key 2>>log
     sq key extract-cert --output keys sq.key
 }
@@ -49,7 +49,7 @@ bool hasRun(const QString &script)
     return status == 0;
 }
 
-const char *const noSequoia = "sq is not installed";
+const char *const noSequoia = "sq 0.27 is not installed";
 
 QString verify()
 {
@@ -133,7 +133,7 @@ private Q_SLOTS:
         const QString revoked = "key is revoked";
         row("revoked later", "at 20200601T000000 -u lost -o sig -b file; revoke lost; trust lost",
             revoked);
-        row("key with a SHA-1 signature", "sign sha1; trust sha1", "key is not valid");
+        row("key with a SHA-1 signature", "sign sha1; trust sha1", "key is not valid|" + unknown);
         const QString future = "signature was made after what the clock says now";
         row("from the future", "at 20370101T000000 -u ed -o sig -b file; trust ed", future);
         row("by a key from the future", "at 20370102T000000 -u future -o sig -b file; trust future",
@@ -159,7 +159,12 @@ private Q_SLOTS:
         const auto [script, reason] = cells<QString, QString>();
         if (!hasRun(script))
             QSKIP(noSequoia);
-        QCOMPARE(verify(), expected("verifyFileGPG", reason));
+        const QString result =
+            verify(); // gpgv 2.4 gives another reason than 2.2 where two are told
+        QStringList all;
+        for (const QString &one : reason.split('|'))
+            all += expected("verifyFileGPG", one);
+        QVERIFY2(all.contains(result), qPrintable(result));
     }
 
     void bySequoia_data()
@@ -192,7 +197,7 @@ private Q_SLOTS:
         QVERIFY(qAbs(signature.time.secsTo(QDateTime::currentDateTimeUtc())) < 60);
         QVERIFY(hasRun("gpg --verify sig file"));
         if (!hasRun(
-                "command -v sq >>log || exit 77; sq verify --signer-cert keys --detached sig file "
+                "sq --version 2>&1 | grep '^sq 0' >>log || exit 77; sq verify --signer-cert keys --detached sig file "
                 "2>>log"))
             QSKIP(noSequoia);
     }

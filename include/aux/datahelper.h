@@ -299,7 +299,7 @@ public:
     /// - "signature has expired", "key has expired": even where it was good at the time
     /// - "key is revoked": before or after it has signed
     /// - "key is not valid": it lacks a valid signature of its own with a better digest than those,
-    ///   or is younger than the signature
+    ///   which makes it none that is trusted for gpgv 2.4, or is younger than the signature
     /// - "signature was made after what the clock says now": also where the key was
     /// - "gpgv failed", "gpgv cannot be started", "gpgv did not end in time", "gpgv was killed".
     static std::pair<Error, Signature>

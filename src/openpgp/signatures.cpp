@@ -42,7 +42,7 @@ const std::array<Refusal, 4> refusals{{
 }};
 
 /// Why a signature is not taken, whoever made it. None is older than its key, so that this finds
-/// keys from the future too.
+/// keys from the future too, which gpgv 2.4 does not know at all.
 Reason whyDoubtful(const QByteArray &digest, const QByteArray &time, qint64 now)
 {
     if (weakDigests.contains(digest))
@@ -55,11 +55,11 @@ Reason whyDoubtful(const QByteArray &digest, const QByteArray &time, qint64 now)
 Reason judgeError(const QByteArrayList &line, qint64 now)
 {
     const int code = line.value(errorCode).toInt();
-    if (code == noPublicKey)
-        return notTrusted;
     Reason doubtful = whyDoubtful(line.value(errorDigest), line.value(errorTime), now);
     if (!doubtful.isNone())
         return doubtful;
+    if (code == noPublicKey)
+        return notTrusted;
     return code == badPublicKey || code == timeConflict ? keyInvalid : signatureDamaged;
 }
 
@@ -73,13 +73,29 @@ Reason judgeValid(const QByteArrayList &line, qint64 now)
                : QStringLiteral("signature does not cover every byte");
 }
 
-/// Judges a single signature.
-Reason judge(const Status &status, qint64 now)
+/// Why a signature by a key that gpgv knows is not good.
+Reason whyRefused(const Status &status)
 {
     for (const auto &[keyword, reason] : refusals) {
         if (status.has(keyword))
             return reason;
     }
+    return {};
+}
+
+/// Whether it is by a key that gpgv does not know.
+bool isUnknown(const Status &status)
+{
+    return whyRefused(status).isNone() &&
+           status.line("ERRSIG").value(errorCode).toInt() == noPublicKey;
+}
+
+/// Judges a single signature.
+Reason judge(const Status &status, qint64 now)
+{
+    Reason refused = whyRefused(status);
+    if (!refused.isNone())
+        return refused;
     if (status.has("ERRSIG"))
         return judgeError(status.line("ERRSIG"), now);
     const QByteArrayList valid = status.line("VALIDSIG");
@@ -101,22 +117,24 @@ std::pair<Reason, DataHelper::Signature> judgeSignatures(const Status &status, b
     if (status.has("PLAINTEXT") && !status.has("NEWSIG"))
         return {QStringLiteral("message is not signed"), {}};
     QByteArrayList good;
-    bool hasUnknown = false;
+    Reason unknown;
     for (const Status &signature : status.from("NEWSIG")) {
         const Reason reason = judge(signature, now);
         if (reason.isNone() && good.isEmpty())
             good = signature.line("VALIDSIG");
-        hasUnknown |= reason == notTrusted;
-        if (!reason.isNone() && !(reason == notTrusted))
+        else if (isUnknown(signature))
+            unknown = reason;
+        else if (!reason.isNone())
             return {reason, {}};
     }
+    const bool hasUnknown = !unknown.isNone();
     if (status.has("NODATA") || status.from("PLAINTEXT").size() > 1)
         return {signatureDamaged, {}};
     if (status.has("ERROR") || status.has("FAILURE") || !(hasSucceeded || hasUnknown))
         return {notJudged, {}};
     if (!good.isEmpty())
         return {Reason(), signatureFrom(good)};
-    return {hasUnknown ? notTrusted : notJudged, {}};
+    return {hasUnknown ? unknown : notJudged, {}};
 }
 
 } // namespace aux::gpg
