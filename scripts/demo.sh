@@ -78,6 +78,53 @@ send() {
     step 0 "The server verifies the container" /data/arrived "$auxctl" container verify /data/arrived
 }
 
+# server_signs KEY [GPG_OPTION...]: signs the update container.
+server_signs() {
+    local key=$1
+    shift
+    server_gpg "$@" --local-user "$key" --yes --output /data/update.bin.sig --detach-sign /data/update.bin
+}
+
+server_packs_update() { # AUXCTL FILE
+    "$1" container pack "$2" /data/update.bin --type UPDF
+    server_gpg --quick-generate-key updates ed25519 sign never
+    server_gpg --quick-generate-key thief ed25519 sign never
+    server_gpg --faked-system-time 20200101T000000 --quick-generate-key expired ed25519 sign 1y
+    server_gpg --export updates expired >/data/trusted.gpg
+    server_signs updates
+}
+
+# Verifies the update and only then unpacks it.
+take_update() { # AUXCTL
+    "$1" container verify /data/update.bin --keyring /data/trusted.gpg &&
+        "$1" container unpack /data/update.bin /data/updated
+}
+
+flip_byte() { # FILE
+    local byte
+    byte=$(tail -c 1 "$1" | od -An -tu1)
+    truncate -s -1 "$1"
+    printf '%b' "\\$(printf '%03o' $((byte ^ 1)))" >>"$1"
+}
+
+# update AUXCTL FILE: the way round, from the server to the terminal.
+update() {
+    local auxctl=$1 file=$2 update=/data/update.bin
+    mkdir /data/updated
+    step 0 "The server signs an update with a plain gpg" "$update.sig" server_packs_update "$auxctl" "$file"
+    step 0 "The terminal verifies it and unpacks it" "/data/updated/${file##*/}" take_update "$auxctl"
+    step 0 "Compare with the file, byte for byte" "/data/updated/${file##*/}" cmp "$file" "/data/updated/${file##*/}"
+    flip_byte "$update"
+    step 3 "Refuse it with one flipped byte" "$update" take_update "$auxctl"
+    flip_byte "$update"
+    server_signs thief
+    step 3 "Refuse it by another key" "$update.sig" take_update "$auxctl"
+    server_signs expired --faked-system-time 20200601T000000
+    step 3 "Refuse it by an expired key" "$update.sig" take_update "$auxctl"
+    rm "$update.sig"
+    step 3 "Refuse it without a signature" "$update" take_update "$auxctl"
+}
+
 inside() {
     local auxctl=$1 file=$2 new archive wrong checksum
     wrong=$(printf '0%.0s' {1..64})
@@ -99,6 +146,7 @@ inside() {
     step 0 "Compare with the file, byte for byte" "/data/out/${file##*/}" cmp "$file" "/data/out/${file##*/}"
 
     send "$auxctl" "$archive" "$new"
+    update "$auxctl" "$file"
 
     printf '\nSummary\n'
     printf '%s\n' "${summary[@]}"
