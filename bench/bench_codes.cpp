@@ -57,7 +57,7 @@ void zlib(benchmark::State &state)
     measure(state, [](auto *data, auto length) { return ::crc32(0, data, length); });
 }
 
-const std::vector<int64_t> shortSizes{16, 100, 1000, 1024, 4096};
+const std::vector<int64_t> shortSizes{16, 100, 512, 1000, 1024, 4096};
 const std::vector<int64_t> longSizes{64 << 10, 1000000, 16 << 20};
 
 } // namespace

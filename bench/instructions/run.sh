@@ -9,7 +9,7 @@ set -euo pipefail
 declare -A processors=([armhf]=cortex-a15 [arm64]=cortex-a53)
 
 main() {
-    local arch checkout
+    local arch checkout kept=true
     checkout=$(cd "$(dirname "$0")/../.." && pwd)
     [ "$(id -u)" -eq 0 ] || { echo "SKIPPED: a root for another architecture is made by root only" >&2 && exit 77; }
     "$checkout/scripts/bootstrap" mmdebstrap rsync
@@ -17,8 +17,9 @@ main() {
     for arch in "$@"; do
         mkdir -p "$checkout/build/terminal/$arch"
         "$checkout/kit/terminal/build.sh" "$arch" "$checkout/build/terminal/$arch" \
-            /libaux/bench/instructions/run.sh --inside "$arch"
+            /libaux/bench/instructions/run.sh --inside "$arch" || kept=false
     done
+    $kept
 }
 
 inside() { # ARCH
@@ -79,8 +80,14 @@ per_unit() { # PATH BYTES
         'BEGIN { print (many - few) / times / bytes }'
 }
 
+# Prints nothing for a program that fails, but says why.
 count() { # PROGRAM ARGUMENT...
-    { env -i HOME=/root LC_ALL=C.UTF-8 QT_HASH_SEED=0 "${emulator[@]}" "$@" </dev/null >/dev/null; } 2>&1
+    local counted
+    if counted=$({ env -i HOME=/root LC_ALL=C.UTF-8 QT_HASH_SEED=0 "${emulator[@]}" "$@" </dev/null >/dev/null; } 2>&1); then
+        echo "$counted"
+    else
+        echo "$* failed: $counted" >&2
+    fi
 }
 
 if [ "${1:-}" = --inside ]; then
