@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fs/regularfile.h"
 #include "error/failure.h"
+#include "fs/progress.h"
 
 #include <QFile>
 
@@ -181,6 +182,7 @@ qint64 RegularFile::readPieces(qint64 length, const TakePiece &take)
         if (got == 0 || !take(piece.constData(), got))
             break;
         done += got;
+        advance(got);
     }
     return done;
 }

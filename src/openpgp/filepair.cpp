@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "openpgp/filepair.h"
+#include "fs/progress.h"
 #include "fs/storage.h"
 
 #include <QFileInfo>
 
 #include <cerrno>
 #include <csignal>
+
+#include <unistd.h>
 
 namespace aux
 {
@@ -38,9 +41,20 @@ Reason FilePair::keepSpaceFree(HelperProgram &program) const
     return {};
 }
 
-HelperProgram::Timeout FilePair::timeout() const
+HelperProgram::Timeout FilePair::timeout()
 {
-    return [this] { return HelperProgram::timeoutFor(m_input.size() + m_output.size()); };
+    return [this] {
+        tellProgress();
+        return HelperProgram::timeoutFor(m_input.size() + m_output.size());
+    };
+}
+
+/// The program reads from the same place in the file as this process would.
+void FilePair::tellProgress()
+{
+    const qint64 position = ::lseek(m_input.handle(), 0, SEEK_CUR);
+    advance(position - m_told);
+    m_told = position;
 }
 
 Reason FilePair::whyNoRoom(const HelperProgram &program)

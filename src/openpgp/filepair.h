@@ -24,15 +24,19 @@ public:
     /// Keeps the program from taking the last 64 MiB of the output's file system: it is killed by
     /// SIGXFSZ instead. The reason where less is left from the start.
     Reason keepSpaceFree(HelperProgram &program) const;
-    /// How long the program may take; of the output only what is there is known.
-    HelperProgram::Timeout timeout() const;
+    /// How long the program may take; of the output only what is there is known. Where that is
+    /// asked, how far it has read the input is told, too.
+    HelperProgram::Timeout timeout();
     /// Returns the reason where the program, which has failed, had no room to write.
     Reason whyNoRoom(const HelperProgram &program);
     /// Gives the output its name; the reason where that fails.
     Reason commit();
 
 private:
+    void tellProgress();
+
     RegularFile m_input;
+    qint64 m_told = 0; // of the input
     NewFile &m_output;
 };
 

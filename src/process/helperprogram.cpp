@@ -22,7 +22,7 @@ namespace
 
 constexpr qint64 baseTimeout = 30000; // ms
 constexpr qint64 bytesPerSecond = 256LL * 1024;
-constexpr qint64 longestPoll = 1000 * baseTimeout; // ms; fits an int
+constexpr qint64 longestPoll = 1000; // ms; the timeout is asked as often
 constexpr int contentLimit = 8 * 1024 * 1024;
 
 Descriptor emptyInput()

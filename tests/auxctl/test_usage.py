@@ -204,6 +204,26 @@ words=($AUXCTL "$@"); CURRENT=$#words; _auxctl"""
         self.assertEqual(self.json("wifi", "start", status=1)["error"][0]["message"],
                          "SystemHelper: cannot start wpa_supplicant")
 
+    def test_progress_where_work_takes_long(self):
+        file = self.work / ("x" * 90 + "y")
+        with open(file, "wb") as sparse:
+            sparse.truncate(10 << 20)
+        packed = self.work / "packed"
+        self.auxctl("container", "pack", file, packed)
+        slowly = ("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=read", "-e", "inject=read:delay_exit=10000")
+        usual = {"TERM": "xterm", "ASAN_OPTIONS": "detect_leaks=0"}
+        for command, path in ((("files", "checksum", file), file),
+                              (("container", "unpack", packed, self.work, "--name", "a"), packed)):
+            shown = self.on_terminal(*command, environment=usual, prefix=slowly)[1].split("\r\033[K")
+            lines = [line for line in shown if line.endswith(" %")]
+            parts = [int(line.split()[-2]) for line in lines]
+            self.assertEqual(parts, sorted(set(parts)))
+            self.assertTrue(len(parts) > 20 and parts[-1] == 100, parts)
+            self.assertEqual({(len(line) < 80, line[:-6] == str(path)[6 - 79:]) for line in lines}, {(True, True)})
+        for arguments, environment in (((), {"TERM": "dumb"}), (("--quiet",), {})):
+            shown = self.on_terminal("files", "checksum", file, *arguments, environment={**usual, **environment}, prefix=slowly)[1]
+            self.assertRegex(shown, r"^[0-9a-f]{64}\r\n$")
+
     def test_colour_only_on_a_terminal(self):
         self.auxctl("nonsense", status=2)
         self.assertNotIn("\033", self.errors)

@@ -93,13 +93,14 @@ class World(unittest.TestCase):
         # One that comes when all is done ends nothing.
         self.assertGreater(sum(code != 0 for _, code in ends), 4, ends)
 
-    def on_terminal(self, *arguments, answer="", environment=None):
+    def on_terminal(self, *arguments, answer="", environment=None, prefix=()):
         """Runs it on a terminal of its own, one line of the answer to each question; exit status and
         everything that was shown."""
         child, terminal = pty.fork()
         if child == 0:
             try:
-                os.execve(AUXCTL, [AUXCTL, *arguments], {**os.environ, **(environment or {})})
+                command = list(map(str, (*prefix, AUXCTL, *arguments)))
+                os.execvpe(command[0], command, {**os.environ, **(environment or {})})
             finally:
                 os._exit(127)
         lines = answer.encode().splitlines(keepends=True)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "command.h"
 
+#include "progress.h"
+
 #include <algorithm>
 
 namespace auxctl
@@ -74,8 +76,8 @@ void misuseUnknownCommand(const QStringList &words)
 
 const std::vector<const Option *> &commonOptions()
 {
-    static const std::vector<const Option *> options{&jsonOption, &debugOption, &helpOption,
-                                                     &versionOption};
+    static const std::vector<const Option *> options{&jsonOption, &debugOption, &quietOption,
+                                                     &helpOption, &versionOption};
     return options;
 }
 

@@ -2,6 +2,7 @@
 #include "containerfile.h"
 
 #include "fs/digest.h"
+#include "progress.h"
 
 namespace auxctl
 {
@@ -69,6 +70,7 @@ bool ContainerFile::isComplete() const
 
 bool ContainerFile::hasDigest()
 {
+    const Progress progress(m_file.path(), m_header.payloadLength);
     aux::Digest digest;
     const bool isRead =
         m_file.seek(m_header.payloadOffset()) &&

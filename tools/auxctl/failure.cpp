@@ -21,13 +21,6 @@ QVector<QPair<QString, QString>> &fileNames()
     return names;
 }
 
-QString withNames(QString message)
-{
-    for (const auto &[path, name] : fileNames())
-        message.replace(QRegularExpression(QRegularExpression::escape(path) + "\\b"), name);
-    return message;
-}
-
 [[noreturn]] void raise(ExitStatus status, const QString &message)
 {
     throw Failure{status, ownError(status, message)};
@@ -84,6 +77,13 @@ void misuseUnknown(const char *kind, const QString &word, const QStringList &can
                             : QStringLiteral(" There are %1.").arg(candidates.join(", "));
     misuse(QStringLiteral("unknown %1 \"%2\", did you mean \"%3\"?").arg(kind, word, nearest) +
            all);
+}
+
+QString withNames(QString message)
+{
+    for (const auto &[path, name] : fileNames())
+        message.replace(QRegularExpression(QRegularExpression::escape(path) + "\\b"), name);
+    return message;
 }
 
 void nameFile(const QString &path, const QString &name)

@@ -45,6 +45,9 @@ aux::Error ownError(ExitStatus status, const QString &message);
 /// Lets messages about a file call it what people know it as.
 void nameFile(const QString &path, const QString &name);
 
+/// A message, or a path alone, with those names.
+QString withNames(QString message);
+
 /// Fails where the library did.
 void check(aux::Error error);
 /// The failure; where the library does not say what has caused it, the file is named, and what it

@@ -2,6 +2,7 @@
 #include "commandline.h"
 #include "diagnostics.h"
 #include "output.h"
+#include "progress.h"
 
 #include <QCoreApplication>
 
@@ -32,6 +33,8 @@ ExitStatus watch(const CommandLine &line, const Format &format)
 ExitStatus runAndPrint(const CommandLine &line)
 {
     const Format format{line.has(jsonOption), line.key(), line.has(debugOption)};
+    if (line.has(quietOption))
+        Progress::disable();
     try {
         return line.has(watchOption) ? watch(line, format) : print(line.run(), format);
     } catch (const Failure &failure) {

@@ -2,7 +2,9 @@
 #include "streams.h"
 
 #include "fs/fileidentity.h"
+#include "fs/progress.h"
 #include "output.h"
+#include "progress.h"
 #include "supervisor.h"
 
 #include <QFileInfo>
@@ -92,7 +94,13 @@ void Input::read(const aux::TakePiece &take) const
 {
     QFile file;
     open(file);
-    if (!readPieces(file, take))
+    const Progress progress(name(), file.size());
+    const auto takeAndTell = [&take](const char *data, qint64 length) {
+        const bool isTaken = take(data, length);
+        aux::advance(length);
+        return isTaken;
+    };
+    if (!readPieces(file, takeAndTell))
         failOn("read", file);
 }
 

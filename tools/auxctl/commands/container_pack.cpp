@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "container/container.h"
 #include "containerfile.h"
+#include "progress.h"
 #include "streams.h"
 
 #include <QFileInfo>
@@ -26,6 +27,7 @@ Result pack(const Call &call)
         call.value(fileNameOption).value_or(input.isStream() ? "stdin" : file.fileName());
     Output output(call, call.argument(1), Access::Common);
     const QString container = output.file().pathWithoutName();
+    const Progress progress(input.path(), file.size());
     check(aux::container::pack(input.path(), type, name, container));
     const Record path{{"path", output.path()}};
     return output.commit(record(path + ContainerFile(container).description()));

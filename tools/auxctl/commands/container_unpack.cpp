@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "containerfile.h"
 #include "files.h"
+#include "progress.h"
 #include "streams.h"
 
 #include <aux/datahelper.h>
@@ -34,6 +35,8 @@ Result unpack(const Call &call)
     auto type = aux::DataHelper::ZEL_FILE_TYPE::Unknown;
     const QFileInfo temporary(output.file().pathWithoutName());
     QString name = temporary.fileName();
+    // It is copied, and what has been written is read again.
+    const Progress progress(input.path(), 2 * container.header().payloadLength);
     checkOn(
         input.name(), "not unpacked",
         aux::DataHelper::unpackFileFromBinContainer(input.path(), type, temporary.path(), name));

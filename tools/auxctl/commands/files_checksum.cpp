@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "files.h"
 #include "fs/checksum.h"
+#include "progress.h"
 #include "streams.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -17,9 +19,11 @@ namespace
 
 QString checksumOf(const QString &argument)
 {
-    Input input(argument);
-    if (!input.isStream())
-        return checked(aux::digestOf(input.path())).hex();
+    const Input input(argument);
+    if (!input.isStream()) {
+        const Progress progress(argument, QFileInfo(argument).size());
+        return checked(aux::digestOf(argument)).hex();
+    }
     aux::Digest digest;
     input.read([&digest](const char *data, qint64 length) {
         digest.add(data, length);

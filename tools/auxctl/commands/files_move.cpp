@@ -3,6 +3,7 @@
 #include "fs/checksum.h"
 #include "fs/fileidentity.h"
 #include "location.h"
+#include "progress.h"
 
 #include <QFileInfo>
 
@@ -29,6 +30,7 @@ void checkDuplicate(const QString &source, const QString &destination)
     if (!QFileInfo(source).isFile() || !QFileInfo(destination).isFile() ||
         aux::isSameFile(source, destination))
         return;
+    const Progress progress(source, QFileInfo(source).size() + QFileInfo(destination).size());
     if (checked(aux::digestOf(source)).raw() != checked(aux::digestOf(destination)).raw())
         fail(QStringLiteral("%1 is another file than %2, both are kept").arg(destination, source));
 }
@@ -42,8 +44,10 @@ Result move(const Call &call)
     const auto checksum = call.value(checksumOption);
     const QString moved = QFileInfo(newName.isEmpty() ? name : newName).fileName();
     const QString path = aux::FsHelper::createPathName(to, moved);
-    checkDuplicate(aux::FsHelper::createPathName(from, QFileInfo(name).fileName()), path);
-    checkOn(aux::FsHelper::createPathName(from, name), "not moved",
+    const QString source = aux::FsHelper::createPathName(from, QFileInfo(name).fileName());
+    checkDuplicate(source, path);
+    const Progress progress(source, QFileInfo(source).size());
+    checkOn(source, "not moved",
             aux::FsHelper::fileMove(from, to, name, checksum.value_or(QString()),
                                     checksum.has_value(), newName));
     return record({{"path", path}});

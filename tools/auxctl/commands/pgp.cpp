@@ -2,12 +2,15 @@
 #include "openpgp/keyring.h"
 #include "openpgp/openpgp.h"
 #include "passphrase.h"
+#include "progress.h"
 #include "signatures.h"
 #include "streams.h"
 #include "supervisor.h"
 #include "trustedkeys.h"
 
 #include <aux/datahelper.h>
+
+#include <QFileInfo>
 
 namespace auxctl
 {
@@ -33,6 +36,7 @@ Result encrypt(const Call &call)
 {
     Input input(call.argument(0));
     Output output(call, call.argument(1), Access::Own, stopAgents);
+    const Progress progress(input.path(), QFileInfo(input.path()).size());
     checkOn(input.name(), "not encrypted", aux::encryptFile(input.path(), output.file()));
     return output.committed(record({{"path", output.path()}}));
 }
@@ -42,6 +46,7 @@ Result decrypt(const Call &call)
     const QString phrase = passPhrase(call, PassPhraseKind::Known);
     Input input(call.argument(0));
     Output output(call, call.argument(1), Access::Own, stopAgents);
+    const Progress progress(input.path(), QFileInfo(input.path()).size());
     Record made{{"path", output.path()}};
     const auto keyring = call.value(keyringOption);
     auto [error, signature] = keyring
