@@ -202,11 +202,15 @@ def run(line, work, environment, statuses):
 
 def make_radio():
     """An interface of the radio's name, and the daemon's own program to answer for it."""
-    for line in ("ip link add wlan0 type veth peer name peer", "ip link set wlan0 up", "ip link set peer up",
-                 "mkdir /run/real", "cp /usr/sbin/wpa_supplicant /run/real",
-                 f"mount --bind {FAKES}/wpa_supplicant /usr/sbin/wpa_supplicant",
-                 "rm -f /etc/wpa_supplicant.conf"):
-        subprocess.run(line.split(), check=True)
+    subprocess.run(["sh", "-ec", """
+        ip link add wlan0 type veth peer name peer
+        ip link set wlan0 up
+        ip link set peer up
+        mkdir /run/real
+        cp /usr/sbin/wpa_supplicant /run/real
+        mount --bind "$1/wpa_supplicant" /usr/sbin/wpa_supplicant
+        rm -f /etc/wpa_supplicant.conf
+    """, "sh", FAKES], check=True)
     pathlib.Path("/etc/wpa_supplicant.conf").write_text("ctrl_interface=/var/run/wpa_supplicant\n")
 
 
