@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -21,21 +22,27 @@ namespace auxctl
 namespace
 {
 
+constexpr int deepest = 4; // blanks in front of a line
+
 /// This program's own errors the way programs put them, those of the library as it prints them:
-/// newest first, each deeper than the one before, and what of the system caused them in the end.
+/// newest first, each deeper than the one before, and what of the system caused them in the end. A
+/// long chain is a list, which would else run off the terminal.
 QString chainText(const aux::Error &error)
 {
     QStringList lines;
+    const auto add = [&lines](const QString &text) {
+        lines += QString(std::min(2 * lines.size(), deepest), ' ') + printable(text, STDERR_FILENO);
+    };
     for (const auto &entry : error) {
         const bool isOwn = entry.getDomain() == ownDomain;
         const QString line = isOwn ? QStringLiteral("%1: %2").arg(ownDomain, entry.getMsg())
                                    : QStringLiteral("%1 %2 %3")
                                          .arg(entry.getDomain(), entry.getMsg())
                                          .arg(entry.getId());
-        lines += QString(2 * lines.size(), ' ') + printable(line, STDERR_FILENO);
+        add(line);
     }
     if (!error.getExtraData().isEmpty())
-        lines += QString(2 * lines.size(), ' ') + printable(error.getExtraData(), STDERR_FILENO);
+        add(error.getExtraData());
     return lines.join('\n');
 }
 
