@@ -17,7 +17,7 @@ const QString input = QStringLiteral("-"); // of gpgv
 
 constexpr int largestSignature = 64 * 1024; // in bytes; of hundreds of signers
 
-/// What a file holds without armour, or why that cannot be had; `what` the file is.
+/// What a file holds without armour, or why that cannot be had.
 std::pair<Reason, QByteArray> readPackets(const QString &path, const Reason &unreadable,
                                           int maximum, const Reason &tooLarge)
 {

@@ -141,7 +141,7 @@ class Trust(World):
         self.assertEqual((told["valid"], told["trusted"]), (True, True))
         other = self.work / "other"
         shutil.copy(self.packed, other)
-        told = self.json("container", "verify", self.packed, other, *known, status=3)["containers"]
+        told = self.json("container", "verify", self.packed, self.signature, other, *known, status=3)["containers"]
         self.assertEqual([row["trusted"] for row in told], [True, False])
         self.export("thief")
         self.auxctl("container", "verify", self.packed, *known, status=3)

@@ -15,7 +15,7 @@ QString signaturePath(const Input &input)
 {
     if (input.isStream())
         misuse("standard input has no signature beside it");
-    return input.name() + ".sig";
+    return input.name() + signatureEnding;
 }
 
 Record describe(const aux::DataHelper::Signature &signature)

@@ -13,6 +13,8 @@ namespace auxctl
 /// The file with the keys that are trusted.
 extern const ValueOption<QString> keyringOption;
 
+constexpr const char *signatureEnding = ".sig";
+
 /// Where the signature of a file is kept, beside it; a misuse for standard input.
 QString signaturePath(const Input &input);
 

@@ -4,6 +4,9 @@
 #include "signatures.h"
 #include "streams.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace auxctl
 {
 
@@ -37,13 +40,25 @@ Finding verifySigner(const QString &argument, const QString &keyring)
     return {content.fields + signer.fields, content.isNo || signer.isNo, signer.reason};
 }
 
+/// The files without those that are signatures of others among them.
+QStringList withoutSignatures(const QStringList &files)
+{
+    QStringList others;
+    std::copy_if(files.begin(), files.end(), std::back_inserter(others), [&](const QString &file) {
+        return !file.endsWith(signatureEnding) ||
+               !files.contains(file.chopped(QString(signatureEnding).size()));
+    });
+    return others;
+}
+
 Result verify(const Call &call)
 {
+    const QStringList files = filesOf(call.arguments());
     const auto keyring = call.value(keyringOption);
     const auto look = [&keyring](const QString &argument) {
         return keyring ? verifySigner(argument, *keyring) : verifyFile(argument);
     };
-    return lookAtEach(filesOf(call.arguments()), look);
+    return lookAtEach(keyring ? withoutSignatures(files) : files, look);
 }
 
 constexpr const char *shape =
