@@ -79,10 +79,11 @@ Status::Status(const QByteArray &output)
 
 QByteArrayList Status::line(const char *keyword) const
 {
-    const auto found =
-        std::find_if(m_lines.begin(), m_lines.end(),
-                     [keyword](const QByteArrayList &line) { return line.first() == keyword; });
-    return found == m_lines.end() ? QByteArrayList() : *found;
+    for (const QByteArrayList &line : m_lines) {
+        if (line.first() == keyword)
+            return line;
+    }
+    return {};
 }
 
 QVector<Status> Status::from(const char *keyword) const

@@ -37,7 +37,7 @@ Result protect(const Call &call)
 /// Whether it begins like an OpenPGP key, in the clear or in an armour.
 bool looksLikeKey(const QByteArray &key)
 {
-    const auto tag = aux::gpg::packetTag(key.at(0));
+    const int tag = aux::gpg::packetTag(key.at(0)).value_or(0);
     return tag == aux::gpg::tag::secretKey || tag == aux::gpg::tag::publicKey ||
            key.startsWith("-----BEGIN PGP ");
 }

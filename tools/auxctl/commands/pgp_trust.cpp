@@ -31,12 +31,12 @@ void change(const Change &change)
 /// Takes the key of this fingerprint away; false where there is none.
 bool take(QVector<TrustedKey> &keys, const QString &fingerprint)
 {
-    const auto end = std::remove_if(keys.begin(), keys.end(), [&](const TrustedKey &key) {
-        return key.fingerprint() == fingerprint;
-    });
-    const bool isFound = end != keys.end();
-    keys.erase(end, keys.end());
-    return isFound;
+    const int before = keys.size();
+    keys.erase(
+        std::remove_if(keys.begin(), keys.end(),
+                       [&](const TrustedKey &key) { return key.fingerprint() == fingerprint; }),
+        keys.end());
+    return keys.size() < before;
 }
 
 Result add(const Call &call)
