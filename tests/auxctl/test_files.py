@@ -100,16 +100,22 @@ class Files(World):
         (NEW / "one").write_bytes(PAYLOAD)
         self.assertEqual(self.json("files", "checksum", "new")["checksums"],  # the location
                          [{"path": f"{NEW}/one", "checksum": DIGEST}])
-        listed = self.auxctl("files", "checksum", self.file, good)
-        self.assertEqual(listed, subprocess.run(["sha256sum", self.file, good], capture_output=True, check=True,
+        self.assertEqual(self.auxctl("files", "checksum", "new"), f"{DIGEST}  {NEW}/one\n")
+        strange = self.work / "a\\n\nb\r"
+        strange.write_bytes(PAYLOAD)
+        listed = self.auxctl("files", "checksum", self.file, good, strange)
+        self.assertEqual(listed, subprocess.run(["sha256sum", self.file, good, strange], capture_output=True, check=True,
                                                 text=True).stdout)
+        self.auxctl("files", "verify", "--list", "-", given=listed.encode())
+        listed = "".join(listed.splitlines(keepends=True)[:2])
         self.auxctl("files", "verify", "--list", "-", given=listed.upper().replace("/TMP/WORK/CARD.DDD",
                     str(self.file)).replace("/TMP/WORK/GOOD", str(good)).encode())
         self.file.write_bytes(b"")
         self.auxctl("files", "verify", "--list", "-", given=listed.encode(), status=3)
         good.unlink()
         self.auxctl("files", "verify", "--list", "-", given=listed.encode(), status=1)
-        self.auxctl("files", "verify", "--list", "-", given=b"nonsense", status=1)
+        for wrong in (b"nonsense", b""):
+            self.auxctl("files", "verify", "--list", "-", given=wrong, status=1)
         self.auxctl("files", "verify", self.file, status=2)
 
     def test_a_move_never_loses_a_file(self):

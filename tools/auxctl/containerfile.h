@@ -31,9 +31,6 @@ private:
     aux::container::Header m_header;
 };
 
-/// Whether the file begins like a container; fails where it cannot be read.
-bool isContainer(const QString &path);
-
 /// The name of a file in a directory, for the one that is stored or unpacked.
 extern const ValueOption<QString> fileNameOption;
 

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 namespace auxctl
 {
@@ -19,7 +20,7 @@ namespace auxctl
 class Input
 {
 public:
-    explicit Input(const QString &argument) : m_argument(argument) {}
+    explicit Input(QString argument) : m_argument(std::move(argument)) {}
 
     [[nodiscard]] bool isStream() const;
     /// What people call it.

@@ -6,10 +6,11 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QRegularExpression>
+
+#include <array>
 
 namespace auxctl
 {
@@ -32,19 +33,49 @@ QString checksumOf(const QString &argument)
     return digest.hex();
 }
 
+/// What sha256sum puts for a letter of a name that would end its line, or mean such a one.
+struct Escape {
+    const char *letter;
+    const char *text;
+};
+constexpr std::array<Escape, 3> escapes{{{"\\", "\\\\"}, {"\n", "\\n"}, {"\r", "\\r"}}};
+
+/// A line as sha256sum prints it.
+QString lineOf(const QString &checksum, const QString &path)
+{
+    QString name = path;
+    for (const auto &[letter, text] : escapes)
+        name.replace(letter, text);
+    return (name == path ? QString() : "\\") + checksum + "  " + name;
+}
+
+/// The name in such a line, of which what stands before it has been removed.
+QString nameIn(QString rest, bool isEscaped)
+{
+    for (int at = 0; isEscaped && (at = rest.indexOf('\\', at)) >= 0; ++at) {
+        for (const auto &[letter, text] : escapes) {
+            if (rest.midRef(at, 2) == QLatin1String(text)) {
+                rest.replace(at, 2, letter);
+                break;
+            }
+        }
+    }
+    return rest;
+}
+
 Result checksum(const Call &call)
 {
     const QStringList files = filesOf(call.arguments());
+    const bool isSingle = files.size() == 1 && files == call.arguments();
     Result result = lookAtEach(files, [](const QString &file) {
         return Finding{{{"checksum", checksumOf(file)}}};
     });
-    QStringList lines; // as sha256sum prints them; of a single file the checksum alone
+    QStringList lines; // of a single file the checksum alone
     for (const auto &item : result.json.toArray()) {
         const QJsonObject fields = item.toObject();
-        const QString name =
-            files.size() == 1 ? QString() : "  " + printable(fields["path"].toString());
-        if (fields.contains("checksum"))
-            lines += fields["checksum"].toString() + name;
+        const QString sum = fields["checksum"].toString();
+        if (!sum.isEmpty())
+            lines += isSingle ? sum : printable(lineOf(sum, fields["path"].toString()));
     }
     result.text = lines.join('\n');
     return result;
@@ -54,13 +85,13 @@ constexpr ValueOption<QString> listOption{
     "list", "FILE", "Check all files of a list as sha256sum prints it", anyText};
 
 struct Expectations {
-    QStringList files; // in the order of the list
-    QHash<QString, QString> checksums;
+    QStringList files;
+    QStringList checksums; // in the same order
 };
 
 Expectations readList(const QString &argument)
 {
-    static const QRegularExpression line(QStringLiteral("\\A([0-9A-Fa-f]{64}) [ *](.+)\\z"));
+    static const QRegularExpression line(QStringLiteral("\\A(\\\\?)([0-9A-Fa-f]{64}) [ *](.+)\\z"));
     const Input input(argument);
     QFile list;
     input.open(list);
@@ -71,9 +102,11 @@ Expectations readList(const QString &argument)
         const auto match = line.match(text);
         if (!match.hasMatch())
             fail(QStringLiteral("%1: \"%2\" is no checksum and file").arg(input.name(), text));
-        expectations.files += match.captured(2);
-        expectations.checksums[match.captured(2)] = match.captured(1).toLower();
+        expectations.files += nameIn(match.captured(3), !match.captured(1).isEmpty());
+        expectations.checksums += match.captured(2).toLower();
     }
+    if (expectations.files.isEmpty())
+        fail(QStringLiteral("%1 holds no checksums").arg(input.name()));
     return expectations;
 }
 
@@ -85,14 +118,15 @@ Expectations expectationsOf(const Call &call)
         return readList(*list);
     if (list || arguments.size() != 2)
         misuse("give either a FILE and its CHECKSUM, or --list");
-    return {{arguments[0]}, {{arguments[0], arguments[1].toLower()}}};
+    return {{arguments[0]}, {arguments[1].toLower()}};
 }
 
 Result verify(const Call &call)
 {
-    const Expectations expected = expectationsOf(call);
-    return lookAtEach(expected.files, [&expected](const QString &file) {
-        const bool isValid = checksumOf(file) == expected.checksums[file];
+    Expectations expected = expectationsOf(call);
+    return lookAtEach(expected.files, [&checksums = expected.checksums](const QString &file) {
+        const QString checksum = checksums.takeFirst();
+        const bool isValid = checksumOf(file) == checksum;
         return Finding{{{"valid", isValid}}, !isValid};
     });
 }
