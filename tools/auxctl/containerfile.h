@@ -8,6 +8,9 @@
 namespace auxctl
 {
 
+/// Whether the file begins like a container; fails where it cannot be read.
+bool isContainer(const QString &path);
+
 /// A container of which the header has been read.
 class ContainerFile
 {
