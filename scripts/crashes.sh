@@ -35,8 +35,7 @@ main() {
     if [ -n "$all" ]; then
         look_at_all
     else
-        here --file-systems ext4,ext4-128-writeback --operations "$steps,brief" --seed "$seed" \
-            --flushes "$broken" --states 40 --seconds 240
+        here --operations "$steps,brief" --seed "$seed" --flushes "$broken" --states 80 --seconds 200
     fi
 }
 
@@ -52,6 +51,9 @@ skip() {
 
 prepare() {
     [ "$(id -u)" -eq 0 ] || skip "only root may mount a disk"
+    unshare --mount true 2>/dev/null || skip "this machine refuses private mounts"
+    losetup --find >/dev/null 2>&1 || skip "this machine lends no loop device"
+    [ -c /dev/fuse ] || skip "this machine has no FUSE, through which a disk is recorded"
     scripts/bootstrap e2fsprogs qemu-system-common
     cmake --preset dev >/dev/null
     cmake --build --preset dev --target crashes >/dev/null

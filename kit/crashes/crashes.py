@@ -9,6 +9,7 @@ where F is not 0.
 """
 
 import argparse
+import collections
 import hashlib
 import itertools
 import json
@@ -41,6 +42,7 @@ class Record:
     def __init__(self, file_system, operation, neighbour, flushes):
         self.name = "-".join(filter(None, [file_system, operation, neighbour, flushes]))
         self.shares = SHARES if operation in LONG else 1
+        self.row = (file_system, operation)  # of the table
         self.file_system, self.operation = disk.FILE_SYSTEMS[file_system], operation
         self.environment = {"FLUSHES": flushes or "", "FLUSHES_LIST": f"{WORK}/{self.name}.flushes"}
         if neighbour:
@@ -52,9 +54,11 @@ class Record:
         shutil.copy(self.base, f"{self.base}.now")
         with disk.recorded(f"{self.base}.now", self.log) as node, disk.loop(str(node)) as device, \
                 disk.mounted(device, self.file_system):
-            subprocess.run([f"{programs}/workload", node, str(disk.SIZE), self.operation],
-                           check=True, env={**os.environ, **self.environment,
-                                            "LD_PRELOAD": f"{programs}/flushes.so"})
+            # With processes of its own: libaux ends those of its keyring, and others have one at that path.
+            subprocess.run(["unshare", "--pid", "--fork", "--kill-child", "--mount-proc", "env",
+                            f"LD_PRELOAD={programs}/flushes.so", f"{programs}/workload", node,
+                            str(disk.SIZE), self.operation],
+                           check=True, env={**os.environ, **self.environment})
         os.remove(f"{self.base}.now")
 
     def flushes(self):
@@ -167,7 +171,8 @@ class Results:
     """What is known of each record; kept in files for as long as nothing has changed."""
 
     def __init__(self, options):
-        self.directory, self.records, self.total = options.results, 0, dict.fromkeys(COUNTS, 0)
+        self.directory, self.records = options.results, 0
+        self.table = collections.defaultdict(collections.Counter)
         key = hashlib.sha256(f"{options.seed} {options.states}".encode())
         library = options.programs / "../../src/libaux.so.1"
         for file in (library, *sorted(options.programs.iterdir()), *sorted(HERE.glob("*.py"))):
@@ -185,13 +190,20 @@ class Results:
         kept = {"key": self.key, "result": result}
         (self.directory / f"{name}.json").write_text(json.dumps(kept))
 
-    def tell(self, name, result, count):
+    def tell(self, record, result, count):
         self.records += 1
-        for key in COUNTS:
-            self.total[key] += result[key]
-        print(f"{self.records}/{count} {name}: {result['states']} states, {result['distinct']} "
+        self.table[record.row].update({key: result[key] for key in COUNTS})
+        print(f"{self.records}/{count} {record.name}: {result['states']} states, {result['distinct']} "
               f"distinct, {result['looked']} looked at, {result['repaired']} repaired first, "
               f"{result['faulty']} with faults", *result["evidence"], sep="\n    ", flush=True)
+
+
+    def total(self):
+        """Prints the table."""
+        print(f"{'file system':20}{'operation':12}", *(f"{key:>9}" for key in COUNTS))
+        for (file_system, operation), counts in self.table.items():
+            print(f"{file_system:20}{operation:12}", *(f"{counts[key]:9}" for key in COUNTS))
+        return sum(self.table.values(), collections.Counter())
 
 
 def look_at_all(records, results, options):
@@ -200,7 +212,7 @@ def look_at_all(records, results, options):
     for record in records:
         known = results.known(record.name)
         if known:
-            results.tell(record.name, known, len(records))
+            results.tell(record, known, len(records))
         else:
             todo.append(record)
     with multiprocessing.Pool(options.jobs, disk.make_own_world, [CHECKOUT]) as pool:
@@ -213,7 +225,7 @@ def look_at_all(records, results, options):
             result["evidence"] = [line for part in parts for line in part["evidence"]][:EVIDENCE]
             result["flushes"] = record.flushes()
             results.keep(record.name, result)
-            results.tell(record.name, result, len(records))
+            results.tell(record, result, len(records))
 
 
 def main():
@@ -225,7 +237,7 @@ def main():
     records = [Record(*row) for row in itertools.product(*(name.split(",") for name in names))]
     results = Results(options)
     look_at_all(records, results, options)
-    total = results.total
+    total = results.total()
     print(f"{total['states']} states, {total['distinct']} distinct, {total['faulty']} with faults")
     sys.exit(total["faulty"] > 0)
 
