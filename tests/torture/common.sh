@@ -82,6 +82,7 @@ outcome() { # ORGANISATION OPERATION
 }
 
 # Mounts a fresh ext4 image, "image", on "data" in a directory of its own, which becomes the current one.
+# It has a directory "config", on the storage already.
 mount_image() { # [MKFS_OPTION...]
     [ "$(id -u)" -eq 0 ] || skip "only root may mount an image"
     "$here/../../kit/sandbox" true || exit
@@ -92,6 +93,8 @@ mount_image() { # [MKFS_OPTION...]
     truncate -s 16M image
     mkfs.ext4 -q "$@" image
     mount -o loop image data 2>/dev/null || skip "this machine refuses loop devices"
+    mkdir data/config
+    sync -f data
 }
 
 # shellcheck disable=SC2317 # called by the trap
@@ -101,8 +104,8 @@ clean_up() {
     rm -rf "$stage"
 }
 
-# Runs a command in a world of which the image is the /data.
+# Runs a command in a world that has its settings on the image. The programs may be elsewhere in /data.
 on_image() { # COMMAND [ARGUMENT...]
     # shellcheck disable=SC2016
-    "$here/../../kit/sandbox" --writable "$stage" sh -c 'mount --bind data /data && exec "$@"' - "$@"
+    "$here/../../kit/sandbox" --writable "$stage" sh -c 'mkdir -p /data/config && mount --bind data/config /data/config && exec "$@"' - "$@"
 }
