@@ -4,10 +4,8 @@
 #include "config/replacement.h"
 #include "fs/newfile.h"
 #include "fs/regularfile.h"
-#include "fs/storage.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <cerrno>
@@ -68,10 +66,7 @@ Reason replaceSettings(const QString &path, const QSettings::SettingsMap &settin
     Reason reason = writeReplacement(file, json::toText(settings));
     if (!reason.isNone())
         return reason;
-    if (!file.commit())
-        return reason::cannotWrite.because(path, file.errorString());
-    const QString target = QFileInfo(path).canonicalPath();
-    return syncDirectory(target) ? Reason() : reason::cannotWrite.because(target, errno);
+    return file.commit() ? Reason() : reason::cannotWrite.because(path, file.errorString());
 }
 
 } // namespace aux
