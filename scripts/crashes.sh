@@ -4,7 +4,7 @@
 # Exits with 77 and the reason where the machine cannot do that.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-readonly steps=first,set,commit,rollback,apply,turns,pack,move,duplicate,killed,encrypt,decrypt,reset
+readonly steps=first,set,commit,rollback,apply,turns,pack,move,duplicate,killed,copied,encrypt,decrypt,reset
 
 usage() {
     cat <<'END'

@@ -62,11 +62,11 @@ class Record:
         os.remove(f"{self.base}.now")
 
     def flushes(self):
-        """Those that the operation made, or the one that it was to leave out."""
+        """Those that the operation made, or those that it was to leave out."""
         with open(self.environment["FLUSHES_LIST"], encoding="utf-8") as lines:
             flushes = lines.read().splitlines()
-        number = self.environment["FLUSHES"]
-        return [line for line in flushes if not number.isdigit() or line.startswith(f"{number} ")]
+        numbers = self.environment["FLUSHES"].split("+")
+        return [line for line in flushes if not numbers[0].isdigit() or line.split()[0] in numbers]
 
 
 class Look:

@@ -177,6 +177,14 @@ void moveAfterKill(int number)
     moveDuplicate(number);
 }
 
+/// Another program has copied the file, and not flushed it: the source is the only copy that lasts.
+void moveCopied(int number)
+{
+    began(factOf(number), {"archive new", "archive:broken new"});
+    write(containerIn(DirLocation::Archive, number), read(containerIn(DirLocation::New, number)));
+    move(number);
+}
+
 // --- OpenPGP ------------------------------------------------------------------------------------
 
 void importKey()
@@ -216,8 +224,6 @@ void decrypt()
     });
 }
 
-// --- all together -------------------------------------------------------------------------------
-
 void reset()
 {
     const QStringList facts{factOf(1), "settings", "commits"};
@@ -255,24 +261,23 @@ struct Row {
     Operation operate;
 };
 
-void nothing() {}
-
 const QMap<QString, Row> operations{
-    {"first", {nothing, [] { set(1); }}},
+    {"first", {[] {}, [] { set(1); }}},
     {"set", {[] { set(1); }, [] { set(2); }}},
     {"commit", {[] { configuration(), set(1); }, commit}},
     {"rollback", {[] { set(1); }, [] { rollback(1); }}},
     {"apply", {makeCandidate, apply}},
-    {"turns", {nothing, takeTurns}},
-    {"pack", {nothing, [] { pack(9), move(9); }}},
+    {"turns", {[] {}, takeTurns}},
+    {"pack", {[] {}, [] { pack(9), move(9); }}},
     {"move", {[] { keep(9); }, [] { move(9); }}},
     {"duplicate", {[] { pack(9), move(9); }, [] { moveDuplicate(9); }}},
     {"killed", {[] { keep(9); }, [] { moveAfterKill(9); }}},
+    {"copied", {[] { keep(9); }, [] { moveCopied(9); }}},
     {"encrypt", {importKey, encrypt}},
     {"decrypt", {[] { importKey(), encrypt(); }, decrypt}},
     {"reset", {[] { pack(1), move(1), set(1), commit(); }, reset}},
-    {"brief", {nothing, [] { mix(5000); }}}, // all of them, one after another
-    {"mix", {nothing, [] { mix(60000); }}},
+    {"brief", {[] {}, [] { mix(5000); }}}, // all of them, one after another
+    {"mix", {[] {}, [] { mix(60000); }}},
 };
 
 } // namespace
