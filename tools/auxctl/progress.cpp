@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <algorithm>
+#include <cwchar>
 #include <iostream>
 
 #include <sys/ioctl.h>

@@ -9,9 +9,6 @@
 
 #include <QFileInfo>
 
-#include <csignal>
-#include <cstdio>
-
 #include <sys/stat.h>
 #include <unistd.h>
 

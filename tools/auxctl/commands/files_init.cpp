@@ -4,6 +4,9 @@
 
 #include <QDir>
 
+#include <cerrno>
+#include <cstring>
+
 namespace auxctl
 {
 
@@ -15,7 +18,7 @@ Result makeDirectories(const Call &)
     QStringList paths;
     for (const aux::DataDirectory &directory : aux::dataDirectories().mid(1)) { // not the invalid
         if (!QDir().mkpath(directory.path))
-            fail(QStringLiteral("cannot make %1").arg(directory.path));
+            fail(QStringLiteral("cannot make %1: %2").arg(directory.path, strerror(errno)));
         paths += directory.path;
     }
     return textLines(paths);
