@@ -9,7 +9,7 @@ namespace auxctl
 {
 
 constexpr ValueOption<QString> keyringOption{
-    "keyring", "FILE", "Also verify the signature, by a public key of this file", anyText};
+    "keyring", "FILE", "Verify the signature with the public keys of this file", anyText};
 
 QString signaturePath(const Input &input)
 {
