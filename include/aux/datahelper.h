@@ -213,9 +213,8 @@ public:
     /// - those of base64 on files
     /// - "gpg cannot be started", "gpg did not end in time", "gpg was killed"
     /// - "no key is imported", "gpg failed", "gpg-agent cannot be ended"
-    /// - "no room in /tmp/gpg-temp-keyring"
+    /// - "no room in /tmp/gpg-temp-keyring", "/tmp/gpg-temp-keyring is in use"
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
-    /// - "/tmp/gpg-temp-keyring is in use"
     /// - "key has expired", "key is revoked", "key is not valid", "key cannot encrypt"
     /// - "key was made after what the clock says now".
     static Error encryptFileGPG(const QString &inFile, const QString &outFile);
@@ -227,9 +226,7 @@ public:
     /// - those of base64 on files
     /// - "gpg cannot be started", "gpg did not end in time", "gpg was killed"
     /// - "no key is imported", "gpg-agent cannot be ended"
-    /// - "no room in /tmp/gpg-temp-keyring"
-    /// - "/tmp/gpg-temp-keyring is not this program's own directory"
-    /// - "/tmp/gpg-temp-keyring is in use"
+    /// - those of encryptFileGPG on "/tmp/gpg-temp-keyring"
     /// - "pass phrase contains a line break or NUL"
     /// - "pass phrase is too long": of more than 255 bytes
     /// - "pass phrase cannot be handed to gpg"
@@ -237,42 +234,28 @@ public:
     /// - "no secret key for this message": it is to another key or to a pass phrase, or only the
     ///   public key was imported
     /// - "message is damaged or was tampered with": also where it is cut off
-    /// - "signature of the message cannot be verified": the keyring holds no other's key; the
-    ///   decryptFileGPG below is for such messages
+    /// - "signature of the message cannot be verified": such messages the one below takes
     /// - "input is no encrypted message".
     static Error decryptFileGPG(const QString &inFile, const QString &outFile,
                                 const QString &passPhrase);
-    /// Decrypts a message that is also signed, and verifies the signature as verifyFileGPG does,
-    /// with the keys of `keyringFile` alone. The result gets its name only where both hold; returns
-    /// who has signed it. For a while the output's file system holds the message twice, without a
-    /// name.
+    /// Decrypts a message that is also signed, and verifies it as verifyFileGPG does, with the keys
+    /// of `keyringFile` alone; returns who has signed it. The result gets its name only where both
+    /// hold. For a while the output's file system holds the message twice.
     ///
     /// @fails with 10001, "decryptFileGPG: " and
     /// - those of the other decryptFileGPG
-    /// - those of verifyFileGPG on keyring, signature, key and gpgv; the signature is in the
-    /// message
-    /// - "file does not match the signature": what was signed is not what the message holds
+    /// - those of verifyFileGPG, but for the files that it reads beside the keyring
     /// - "message is not signed".
     static std::pair<Error, Signature> decryptFileGPG(const QString &inFile, const QString &outFile,
                                                       const QString &passPhrase,
                                                       const QString &keyringFile);
-    /// Signs a file with the imported key pair: a detached, binary OpenPGP signature (RFC 4880). An
-    /// empty pass phrase for a key without one.
+    /// Signs a file with the imported key pair: a detached, binary OpenPGP signature (RFC 4880).
     ///
     /// @fails with 10001, "signFileGPG: " and
-    /// - those of base64 on files
-    /// - "gpg cannot be started", "gpg did not end in time", "gpg was killed"
-    /// - "no key is imported", "gpg failed", "gpg-agent cannot be ended"
-    /// - "no room in /tmp/gpg-temp-keyring"
-    /// - "/tmp/gpg-temp-keyring is not this program's own directory"
-    /// - "/tmp/gpg-temp-keyring is in use"
-    /// - "pass phrase contains a line break or NUL"
-    /// - "pass phrase is too long": of more than 255 bytes
-    /// - "pass phrase cannot be handed to gpg"
-    /// - "wrong pass phrase"
-    /// - "no secret key to sign with": only the public key was imported
-    /// - "key has expired", "key is revoked", "key is not valid", "key cannot sign"
-    /// - "key was made after what the clock says now".
+    /// - those of encryptFileGPG, but for "key cannot encrypt"
+    /// - those of decryptFileGPG on the pass phrase
+    /// - "key cannot sign"
+    /// - "no secret key to sign with": only the public key was imported.
     static Error signFileGPG(const QString &file, const QString &signatureFile,
                              const QString &passPhrase);
     /// Verifies a detached OpenPGP signature over a file, by a key of a file of trusted public keys
@@ -281,22 +264,20 @@ public:
     /// the machine, waits for nobody, writes nothing.
     ///
     /// Of several signatures at least one must be good; those by keys that are not trusted do not
-    /// count, and none may have another fault. What is verified is the content at the time of the
-    /// call: who must not change the file afterwards is the caller's concern. gpgv gets 256 MiB of
-    /// memory.
+    /// count, and none may have another fault. That nobody changes the file afterwards is the
+    /// caller's concern. gpgv gets 256 MiB of memory.
     ///
     /// @fails with 10001, "verifyFileGPG: ", no signature, and
     /// - "Failed to open file for reading": `file` is missing, not readable or no regular file
     /// - "signature cannot be read", "keyring cannot be read": the same of the other two
-    /// - "signature is too large": of more than 64 KiB
-    /// - "keyring is too large": of more than 1 MiB
+    /// - "signature is too large", of more than 64 KiB; "keyring is too large", of more than 1 MiB
     /// - "keyring holds no public key": it does not begin with one, or is cut off
     /// - "signature is not by a trusted key"
     /// - "file does not match the signature"
     /// - "signature is damaged": it is no detached signature, or cut off, or of an unknown kind
     /// - "signature does not cover every byte": it was made in text mode, without the line ends
     /// - "signature uses a weak digest": SHA-1, MD5 or RIPEMD-160
-    /// - "signature has expired", "key has expired": even where it was good at the time
+    /// - "signature has expired", "key has expired"
     /// - "key is revoked": before or after it has signed
     /// - "key is not valid": it lacks a valid signature of its own with a better digest than those,
     ///   which makes it none that is trusted for gpgv 2.4, or is younger than the signature
