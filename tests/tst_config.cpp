@@ -74,7 +74,7 @@ private Q_SLOTS:
             QCOMPARE(aux::settingAt(setting.key), &setting);
             const QVariant value = m_configuration->getValue(setting.code);
             QCOMPARE(value, setting.defaultValue);
-            QCOMPARE(value.type(), setting.defaultValue.type());
+            QCOMPARE(value.userType(), setting.defaultValue.userType());
             QVERIFY(!value.toString().isNull());
         }
         QVERIFY(aux::settingAt("network/dataport") == nullptr);
@@ -123,7 +123,7 @@ private Q_SLOTS:
                           "crypto": {"passphrase": "x", "vendors": "0x1:2"}})");
         QCOMPARE(last.getVersion(), "2.1");
         QCOMPARE(last.getChangeCounter(), 7);
-        QCOMPARE(last.getValue(SettingsCode::NetworkDataport).type(), QVariant::Int);
+        QCOMPARE(last.getValue(SettingsCode::NetworkDataport).userType(), QMetaType::Int);
         QVERIFY(last.isToolsConfigured());
         QCOMPARE(last.getCryptoVidPidList(), QStringList("1:2"));
         // The port is of another type, but no other.

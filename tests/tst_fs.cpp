@@ -92,7 +92,7 @@ private Q_SLOTS:
 
     void invalidLocationsHaveNoPath()
     {
-        for (const int value : {-1, 0, aux::dataDirectories().size()}) {
+        for (const int value : {-1, 0, static_cast<int>(aux::dataDirectories().size())}) {
             const auto location = static_cast<DirLocation>(value);
             QVERIFY(FsHelper::dirLocationToFullPath(location).isNull());
             QCOMPARE(FsHelper::createPathName(location, QStringLiteral("f")), QStringLiteral("/f"));

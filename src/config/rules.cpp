@@ -5,7 +5,6 @@
 
 #include <QJsonValue>
 
-#include <algorithm>
 #include <climits>
 
 namespace aux
@@ -121,13 +120,15 @@ bool isTogether(const Setting &setting)
 
 Error checkTogether(const std::function<QVariant(const Setting &)> &valueOf)
 {
-    const auto &catalogue = settingsCatalogue();
-    const Setting *const member = std::find_if(catalogue.begin(), catalogue.end(), isTogether);
-    const bool isOneOn =
-        std::any_of(catalogue.begin(), catalogue.end(), [&](const Setting &setting) {
-            return isTogether(setting) && valueOf(setting).toBool();
-        });
-    return isOneOn || member == catalogue.end() ? Error() : broken(member->rule, 0);
+    const Setting *member = nullptr;
+    for (const Setting &setting : settingsCatalogue()) {
+        if (!isTogether(setting))
+            continue;
+        if (valueOf(setting).toBool())
+            return {};
+        member = &setting;
+    }
+    return member == nullptr ? Error() : broken(member->rule, 0);
 }
 
 } // namespace aux

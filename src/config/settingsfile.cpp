@@ -50,7 +50,7 @@ void forgetPending(const QString &file)
 
 bool isSame(const QVariant &left, const QVariant &right)
 {
-    return left.type() == right.type() && left == right;
+    return left.userType() == right.userType() && left == right;
 }
 
 /// What has to be done to the old settings to get the new ones.

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -153,7 +154,7 @@ void HelperProgram::Stream::takeWhatIsThere()
     const ssize_t length = ::read(pipe.number(), piece.data(), static_cast<size_t>(piece.size()));
     if (length == 0)
         pipe.close();
-    piece.truncate(static_cast<int>(qBound<ssize_t>(0, length, contentLimit - content.size())));
+    piece.truncate(static_cast<int>(std::clamp<ssize_t>(length, 0, contentLimit - content.size())));
     content += piece;
 }
 

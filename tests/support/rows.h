@@ -38,7 +38,7 @@ void row(const char *name, const Cells &...cells)
 /// Adds the rows of a file of tests/data, "INPUT => OUTPUT" each.
 inline void addRows(const char *file)
 {
-    const QByteArray rows = read(QFINDTESTDATA("../data/" + QString(file)));
+    const QByteArray rows = read(AUX_TEST_DATA + QString(file));
     if (rows.isEmpty())
         qFatal("no rows in %s", file);
     for (const QString &line : QString::fromUtf8(rows).split('\n', Qt::SkipEmptyParts))
@@ -62,12 +62,19 @@ Type cell()
     return std::get<0>(cells<Type>());
 }
 
+template <typename... Types>
+QVariant convert(const QVariant &value, const QString &type)
+{
+    QVariant result;
+    ((type == QMetaType::fromType<Types>().name() ? result = value.value<Types>() : result), ...);
+    return result;
+}
+
 /// Reads a value from "TYPE TEXT", as in "uint 8000", "QString" or "none".
 inline QVariant valueOf(const QString &description)
 {
-    const QString type = description.section(' ', 0, 0);
-    QVariant value = description.section(' ', 1);
-    return value.convert(QMetaType::type(qPrintable(type))) ? value : QVariant();
+    return convert<bool, int, uint, double, QByteArray, QString, QStringList>(
+        description.section(' ', 1), description.section(' ', 0, 0));
 }
 
 #endif

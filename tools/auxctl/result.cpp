@@ -99,7 +99,7 @@ QString alignedText(const QVector<QStringList> &rows)
     for (const QStringList &row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
         for (int column = 0; column < row.size(); ++column)
-            widths[column] = std::max(widths[column], row[column].size());
+            widths[column] = std::max<int>(widths[column], row[column].size());
     }
     QStringList lines;
     for (const QStringList &row : rows) {

@@ -42,7 +42,8 @@ QString nameOf(const QString &keyPath)
 QString asJson(const QVariant &value)
 {
     const QString text = value.toString();
-    return value.type() == QVariant::String ? QLatin1Char('"') + text + QLatin1Char('"') : text;
+    return value.userType() == QMetaType::QString ? QLatin1Char('"') + text + QLatin1Char('"')
+                                                  : text;
 }
 
 QString marks(const aux::Setting &setting)

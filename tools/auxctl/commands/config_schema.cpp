@@ -32,11 +32,11 @@ QString pattern(const Rule &rule)
 QJsonObject form(const Setting &setting)
 {
     QJsonObject form{{"default", QJsonValue::fromVariant(setting.defaultValue)}};
-    switch (setting.defaultValue.type()) {
-    case QVariant::Bool:
+    switch (setting.defaultValue.userType()) {
+    case QMetaType::Bool:
         form["type"] = "boolean";
         break;
-    case QVariant::UInt:
+    case QMetaType::UInt:
         form["type"] = "integer";
         form["minimum"] = 0;
         form["maximum"] = INT_MAX;

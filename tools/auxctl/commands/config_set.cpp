@@ -15,14 +15,14 @@ namespace
 /// The text as the setting's type; the file holds numbers as int.
 QVariant parseValue(const QString &text, const Setting &setting)
 {
-    const QVariant::Type type = setting.defaultValue.type();
-    if (type == QVariant::Bool && (text == "true" || text == "false"))
+    const int type = setting.defaultValue.userType();
+    if (type == QMetaType::Bool && (text == "true" || text == "false"))
         return text == "true";
     bool isNumber = false;
     const unsigned int number = text.toUInt(&isNumber);
-    if (type == QVariant::UInt && isNumber && number <= INT_MAX)
+    if (type == QMetaType::UInt && isNumber && number <= INT_MAX)
         return number;
-    if (type == QVariant::String)
+    if (type == QMetaType::QString)
         return text;
     misuse(QStringLiteral("%1 takes %2, not \"%3\"")
                .arg(setting.keyPath(), aux::expectation(setting), text));
