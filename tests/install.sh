@@ -1,34 +1,41 @@
 #!/usr/bin/env bash
 # Installs to a staging prefix, builds a consumer through the CMake package and through pkg-config,
-# runs both, and checks what the library exports: install.sh CMAKE BUILD_DIR CXX CXX_FLAGS
+# runs both, and checks what the library exports: install.sh CMAKE BUILD_DIR NAME QT CXX CXX_FLAGS
 set -euo pipefail
-cmake=$1 build=$2 cxx=$3
-read -ra flags <<<"$4"
+cmake=$1 build=$2 name=$3 qt=$4 cxx=$5
+read -ra flags <<<"$6"
 here=$(cd "$(dirname "$0")" && pwd)
 stage=$(mktemp -d)
 trap 'rm -rf "$stage"' EXIT
 
 "$cmake" --install "$build" --prefix "$stage/prefix" --component Runtime >/dev/null
-library=$(find "$stage/prefix" -name libaux.so.1)
+library=$(find "$stage/prefix" -name "lib$name.so.1")
 [ "$(find "$stage/prefix" -type f)" = "$library" ] # the library alone is the Runtime component
 "$cmake" --install "$build" --prefix "$stage/prefix" --component Devel >/dev/null
 lib=$(dirname "$library")
 
-"$cmake" -S "$here/consumer" -B "$stage/build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$4" \
+"$cmake" -S "$here/consumer" -B "$stage/build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$6" \
+    -DAUX_PACKAGE="$name" \
     -DCMAKE_PREFIX_PATH="$stage/prefix" >/dev/null
 "$cmake" --build "$stage/build" >/dev/null
 "$stage/build/consumer"
 
+# Inside another project, shared or static as that says.
+for shared in ON OFF; do
+    "$cmake" -S "$here/consumer/inside" -B "$stage/$shared" -DCMAKE_CXX_COMPILER="$cxx" \
+        -DCMAKE_CXX_FLAGS="$6" -DAUX_QT="$qt" -DBUILD_SHARED_LIBS=$shared >/dev/null
+done
+
 PKG_CONFIG_PATH=$lib/pkgconfig
 export PKG_CONFIG_PATH
 # shellcheck disable=SC2046
-"$cxx" "${flags[@]}" -std=c++17 "$here/consumer/main.cpp" -o "$stage/consumer" $(pkg-config --cflags --libs libaux)
+"$cxx" "${flags[@]}" -std=c++17 "$here/consumer/main.cpp" -o "$stage/consumer" $(pkg-config --cflags --libs "lib$name")
 LD_LIBRARY_PATH=$lib "$stage/consumer"
 
 # Every public header compiles alone.
 for header in "$stage"/prefix/include/aux/*.h; do
     # shellcheck disable=SC2046
-    "$cxx" "${flags[@]}" -std=c++17 -fsyntax-only -x c++ "$header" $(pkg-config --cflags libaux)
+    "$cxx" "${flags[@]}" -std=c++17 -fsyntax-only -x c++ "$header" $(pkg-config --cflags "lib$name")
 done
 
 # Nothing but public names leaves the library.
