@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <aux/systeminfo.h>
+#include <aux/version.h>
 
 #include "support/observe.h"
 #include "support/rows.h"
@@ -175,7 +176,12 @@ private Q_SLOTS:
                             "'mac':'02:00:00:0E:44:AB'},'wlan':{'interface':'wlan0','ip':[{"
                             "'ip':'192.0.2.2','type':'ip4'}],'mac':'02:00:00:00:00:02'}}"));
         QCOMPARE(log.take(), QStringList());
-        QCOMPARE(SystemInfo::getVersion(), QStringLiteral("2.1.0.14"));
+        QCOMPARE(SystemInfo::getVersion(), AUX_VERSION_TEXT);
+        QCOMPARE(AUX_VERSION_TEXT, qPrintable(QStringLiteral("%1.%2.%3.%4")
+                                                  .arg(AUX_VERSION_MAJOR)
+                                                  .arg(AUX_VERSION_MINOR)
+                                                  .arg(AUX_VERSION_PATCH)
+                                                  .arg(AUX_VERSION_BUILD)));
     }
 
     void buildId_data()

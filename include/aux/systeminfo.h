@@ -54,7 +54,8 @@ public:
     /// as "getWifiMac" and one of ": empty eth mac address", ": eth mac address incorrect length",
     /// ": eth mac address bytes inconvertible" or ": eth mac address bytes not in range" (FF).
     static const QString &getWifiMac();
-    /// Returns the version of this library, four numbers with dots between.
+    /// Returns the version of this library, four numbers with dots between. That of the library
+    /// which a program was compiled with is AUX_VERSION_TEXT of aux/version.h.
     static const QString &getVersion();
     /// Reads the build id of the board support package, the text of "/etc/build_id" without the
     /// white space around it; the file must be smaller than 20 bytes.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "aux/systeminfo.h"
+#include "aux/version.h"
 #include "error/debugline.h"
 #include "system/identity.h"
 
@@ -63,7 +64,7 @@ const QString &SystemInfo::getWifiMac()
 
 const QString &SystemInfo::getVersion()
 {
-    static const QString version = QStringLiteral(AUX_VERSION);
+    static const QString version = QStringLiteral(AUX_VERSION_TEXT);
     return version;
 }
 
