@@ -31,7 +31,8 @@ QString chainText(const aux::Error &error)
 {
     QStringList lines;
     const auto add = [&lines](const QString &text) {
-        lines += QString(std::min(2 * lines.size(), deepest), ' ') + printable(text, STDERR_FILENO);
+        lines +=
+            QString(std::min<int>(2 * lines.size(), deepest), ' ') + printable(text, STDERR_FILENO);
     };
     for (const auto &entry : error) {
         const bool isOwn = entry.getDomain() == ownDomain;

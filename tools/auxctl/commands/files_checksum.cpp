@@ -54,7 +54,7 @@ QString nameIn(QString rest, bool isEscaped)
 {
     for (int at = 0; isEscaped && (at = rest.indexOf('\\', at)) >= 0; ++at) {
         for (const auto &[letter, text] : escapes) {
-            if (rest.midRef(at, 2) == QLatin1String(text)) {
+            if (QStringView(rest).mid(at, 2) == QLatin1String(text)) {
                 rest.replace(at, 2, letter);
                 break;
             }
