@@ -5,6 +5,7 @@
 #include <QVector>
 
 #include <csignal>
+#include <utility>
 
 #include <poll.h>
 #include <unistd.h>
@@ -20,10 +21,13 @@ constexpr int pollInterval = 10; // ms
 
 struct Search {
     QVector<pid_t> found;
-    bool isSure = true; ///< none has gone, and may have left another one, while it was looked at
+    QStringList wordless;     ///< ended, though nobody has asked for them yet; the kernel's own
+    bool hasLostSome = false; ///< gone before they could be looked at
+
+    /// Whether none has ended since the search before, and may have left another one.
+    bool isSure(const Search &before) const { return !hasLostSome && wordless == before.wordless; }
 };
 
-/// A process that has ended, though its parent may not have asked for it yet, has no words.
 Search searchFor(const QByteArray &option, const QByteArray &value)
 {
     Search search;
@@ -36,7 +40,9 @@ Search searchFor(const QByteArray &option, const QByteArray &value)
         const QByteArrayList words = isThere ? file.readAll().split('\0') : QByteArrayList();
         const int position = words.indexOf(option);
         if (!isThere)
-            search.isSure = false;
+            search.hasLostSome = true;
+        else if (words.value(0).isEmpty())
+            search.wordless += number;
         else if (position >= 0 && words.value(position + 1) == value &&
                  process.ownerId() == ::geteuid())
             search.found += number.toInt();
@@ -51,10 +57,10 @@ bool endProcessesWith(const QByteArray &option, const QByteArray &value)
     Search search;
     const auto end = [&](int signal) {
         const auto isOver = [&] {
-            search = searchFor(option, value);
+            const Search before = std::exchange(search, searchFor(option, value));
             for (const pid_t process : qAsConst(search.found))
                 ::kill(process, signal);
-            return search.found.isEmpty() && search.isSure;
+            return search.found.isEmpty() && search.isSure(before);
         };
         return waitUntil(isOver, endTimeout);
     };
