@@ -73,7 +73,8 @@ class Wifi(Terminal):
                          ["0200000E44AB", "02:00:00:F4:4A:B", "box 1.0", ""])
         network = info["network"]
         self.assertEqual(network["active"], "eth")
-        self.assertEqual([network[kind]["interface"] for kind in ("eth", "wlan")], ["eth0", "wlan0"])
+        self.assertEqual({each["kind"]: each["interface"] for each in network["interfaces"]},
+                         {"eth": "eth0", "wlan": "wlan0"})
 
 
 if __name__ == "__main__":
