@@ -4,6 +4,7 @@
 # Exits with 77 and the reason where the machine cannot do that.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+readonly preset=${PRESET:-dev} # of CMakePresets.json
 readonly steps=first,set,commit,rollback,apply,turns,pack,move,duplicate,killed,copied,encrypt,decrypt,reset
 
 usage() {
@@ -55,19 +56,19 @@ prepare() {
     losetup --find >/dev/null 2>&1 || skip "this machine lends no loop device"
     [ -c /dev/fuse ] || skip "this machine has no FUSE, through which a disk is recorded"
     scripts/bootstrap e2fsprogs qemu-system-common
-    cmake --preset dev >/dev/null
-    cmake --build --preset dev --target crashes >/dev/null
+    cmake --preset "$preset" >/dev/null
+    cmake --build --preset "$preset" --target crashes >/dev/null
     mkdir -p build/crashes
 }
 
 # Under this machine's kernel.
 here() { # OPTION...
-    kit/crashes/world build/crashes kit/crashes/crashes.py build/dev/tests/crashes build/crashes "$@"
+    kit/crashes/world build/crashes kit/crashes/crashes.py "build/$preset/tests/crashes" build/crashes "$@"
 }
 
 # Under Debian's; the machine is emulated, and slow.
 there() { # OPTION...
-    kit/crashes/machine build/crashes kit/crashes/crashes.py build/dev/tests/crashes build/crashes \
+    kit/crashes/machine build/crashes kit/crashes/crashes.py "build/$preset/tests/crashes" build/crashes \
         --patience 20000 "$@"
 }
 
