@@ -5,6 +5,7 @@
 #include "config/settingslock.h"
 #include "config/storedsettings.h"
 #include "config/writersturn.h"
+#include "fs/storage.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -88,8 +89,10 @@ bool makeDirectory(const QString &path)
     const QString parent = QFileInfo(path).path();
     const QString shared = FsHelper::dirLocationToFullPath(DirLocation::Config);
     const mode_t mode = path.startsWith(shared + QLatin1Char('/')) ? 0700 : 0777;
-    return makeDirectory(parent) &&
-           (::mkdir(QFile::encodeName(path).constData(), mode) == 0 || errno == EEXIST);
+    if (!makeDirectory(parent) ||
+        (::mkdir(QFile::encodeName(path).constData(), mode) != 0 && errno != EEXIST))
+        return false;
+    return syncDirectory(parent);
 }
 
 /// Of a text that is the same as last time nothing is parsed again.
@@ -196,7 +199,7 @@ Reason changeSettings(const Change &change, WhenNotWritten whenNotWritten)
 {
     Reason reason = changeInTurn(settingsFileName(), change, whenNotWritten);
     if (reason.isNone())
-        ::sync(); // the names; after the turn: others need not wait for it
+        ::sync(); // after the turn: others need not wait for it
     return reason;
 }
 

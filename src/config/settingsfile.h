@@ -49,7 +49,7 @@ using Change = std::function<void(QSettings::SettingsMap &)>;
 enum class WhenNotWritten { KeepPending, Forget };
 
 /// Applies a change to the settings and replaces the settings file
-/// as a whole. Without a reason all of it is on the storage.
+/// as a whole. Without a reason all of it is fsynced.
 ///
 /// A file that cannot be read stays as it is. One that is no JSON object is kept as "<file>.bad"
 /// before it is replaced; where that fails it stays as well. A change that is kept pending is

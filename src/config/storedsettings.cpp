@@ -4,8 +4,10 @@
 #include "config/replacement.h"
 #include "fs/newfile.h"
 #include "fs/regularfile.h"
+#include "fs/storage.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <cerrno>
@@ -66,7 +68,10 @@ Reason replaceSettings(const QString &path, const QSettings::SettingsMap &settin
     Reason reason = writeReplacement(file, json::toText(settings));
     if (!reason.isNone())
         return reason;
-    return file.commit() ? Reason() : reason::cannotWrite.because(path, file.errorString());
+    if (!file.commit())
+        return reason::cannotWrite.because(path, file.errorString());
+    const QString target = QFileInfo(path).canonicalPath();
+    return syncDirectory(target) ? Reason() : reason::cannotWrite.because(target, errno);
 }
 
 } // namespace aux

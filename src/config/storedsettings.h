@@ -16,8 +16,8 @@ Reason readWhole(const QString &path, QByteArray &text);
 /// "<file>.bad" first. Where there is a reason it must not be replaced.
 Reason readToReplace(const QString &path, QSettings::SettingsMap &settings);
 
-/// Replaces a settings file in a directory that is there. Its text is fsynced; its name is on the
-/// storage with the next sync().
+/// Replaces a settings file, whose directories are made where they are missing; all of it is
+/// fsynced.
 Reason replaceSettings(const QString &path, const QSettings::SettingsMap &settings);
 
 } // namespace aux
