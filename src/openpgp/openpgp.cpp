@@ -197,7 +197,7 @@ std::pair<Error, DataHelper::Signature> decryptFile(const QString &inFile, NewFi
         return decrypt(files, passPhrase, {QStringLiteral("--unwrap")});
     });
     FilePair inner(signedMessage.pathWithoutName(), output);
-    Verdict verdict{reason};
+    SignatureVerdict verdict{reason};
     if (reason.isNone())
         verdict = verifyMessage(inner, keyringFile);
     if (verdict.reason.isNone())

@@ -50,8 +50,8 @@ std::pair<Reason, QByteArray> readSignature(const QString &path)
 }
 
 /// Runs gpgv with the keys of a file, over its input, and judges what it says.
-Verdict ask(gpg::Run &run, const QString &keyringFile, const QStringList &words,
-            const HelperProgram::Timeout &timeout)
+SignatureVerdict ask(gpg::Run &run, const QString &keyringFile, const QStringList &words,
+                     const HelperProgram::Timeout &timeout)
 {
     const auto [noKeys, keys] = readKeyring(keyringFile);
     if (!noKeys.isNone())
@@ -70,7 +70,7 @@ Verdict ask(gpg::Run &run, const QString &keyringFile, const QStringList &words,
 
 } // namespace
 
-std::pair<Error, DataHelper::Signature> Verdict::result(const char *operation) const
+std::pair<Error, DataHelper::Signature> SignatureVerdict::result(const char *operation) const
 {
     return {outcome(operation, reason), reason.isNone() ? signature : DataHelper::Signature()};
 }
@@ -84,8 +84,8 @@ std::pair<Reason, QByteArray> readKeyring(const QString &keyringFile)
     return {reason, packets};
 }
 
-Verdict verifyDetached(const QString &file, const QString &signatureFile,
-                       const QString &keyringFile)
+SignatureVerdict verifyDetached(const QString &file, const QString &signatureFile,
+                                const QString &keyringFile)
 {
     RegularFile content(file);
     Reason unreadable = openForProgram(content);
@@ -103,7 +103,7 @@ Verdict verifyDetached(const QString &file, const QString &signatureFile,
                [&content] { return HelperProgram::timeoutFor(content.size()); });
 }
 
-Verdict verifyMessage(FilePair &files, const QString &keyringFile)
+SignatureVerdict verifyMessage(FilePair &files, const QString &keyringFile)
 {
     gpg::Run run = gpg::Run::gpgv();
     Reason reason = files.open();
@@ -112,10 +112,10 @@ Verdict verifyMessage(FilePair &files, const QString &keyringFile)
     if (!reason.isNone())
         return {reason};
     files.connectTo(run.program());
-    Verdict verdict =
+    SignatureVerdict verdict =
         ask(run, keyringFile, {QStringLiteral("--output"), QStringLiteral("-")}, files.timeout());
     reason = verdict.reason.isNone() ? Reason() : files.whyNoRoom(run.program());
-    return reason.isNone() ? verdict : Verdict{reason};
+    return reason.isNone() ? verdict : SignatureVerdict{reason};
 }
 
 std::pair<Error, DataHelper::Signature> DataHelper::verifyFileGPG(const QString &file,

@@ -12,7 +12,7 @@ namespace aux
 constexpr int largestKeyring = 1024 * 1024;
 
 /// The answer to the question who has signed something.
-struct Verdict {
+struct SignatureVerdict {
     Reason reason;         // none: a trusted key has
     bool isAnswer = false; // else the question could not be asked
     DataHelper::Signature signature = {};
@@ -22,11 +22,11 @@ struct Verdict {
 };
 
 /// Verifies a file with its detached signature and a file of trusted public keys.
-Verdict verifyDetached(const QString &file, const QString &signatureFile,
-                       const QString &keyringFile);
+SignatureVerdict verifyDetached(const QString &file, const QString &signatureFile,
+                                const QString &keyringFile);
 
 /// Verifies a signed message, the pair's input, and writes what was signed to its output.
-Verdict verifyMessage(FilePair &files, const QString &keyringFile);
+SignatureVerdict verifyMessage(FilePair &files, const QString &keyringFile);
 
 /// The packets of the public keys in a file without armour, or why it has none.
 std::pair<Reason, QByteArray> readKeyring(const QString &keyringFile);

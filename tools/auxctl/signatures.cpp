@@ -26,7 +26,7 @@ Record describe(const aux::DataHelper::Signature &signature)
 Finding verifySignature(const QString &name, const QString &path, const QString &signature,
                         const QString &keyring)
 {
-    aux::Verdict verdict;
+    aux::SignatureVerdict verdict;
     aux::Error reason;
     if (aux::isOccupied(path) && !aux::isOccupied(signature)) {
         reason = ownError(ExitStatus::No, QStringLiteral("there is no signature ") + signature);
