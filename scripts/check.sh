@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the form of all sources: clang-format, shellcheck, clang-tidy.
+# Checks the form of all sources: clang-format, shellcheck, clang-tidy, and what only the linker sees.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 mapfile -t sources < <(git ls-files '*.cpp' '*.h')
@@ -11,3 +11,5 @@ scripts/test-share
 cmake --preset ci
 cmake --build --preset ci # generated sources
 run-clang-tidy -quiet -p build/ci "$PWD/(src|tests|tools|bench)/.*\.cpp\$"
+cmake --preset odr
+cmake --build --preset odr
