@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <tuple>
+
 namespace aux
 {
 
@@ -38,6 +40,14 @@ bool areSame(const std::optional<Status> &a, const std::optional<Status> &b)
     if (!a || !b)
         return a.has_value() == b.has_value();
     return a->st_dev == b->st_dev && a->st_ino == b->st_ino;
+}
+
+bool isUnwritten(const std::optional<Status> &before, const std::optional<Status> &now)
+{
+    const auto contentOf = [](const Status &status) {
+        return std::tuple(status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec);
+    };
+    return areSame(before, now) && (!before || contentOf(*before) == contentOf(*now));
 }
 
 bool isSameFile(const QString &path, const QString &otherPath)

@@ -19,6 +19,9 @@ std::optional<Status> statusOf(const QString &path);
 /// Returns whether both are of one file (same device and inode), or both of none.
 bool areSame(const std::optional<Status> &a, const std::optional<Status> &b);
 
+/// Returns whether both are of one file that was not written to in between, or both of none.
+bool isUnwritten(const std::optional<Status> &before, const std::optional<Status> &now);
+
 /// Returns whether both paths lead to one file, links followed.
 bool isSameFile(const QString &path, const QString &otherPath);
 

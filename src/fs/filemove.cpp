@@ -40,6 +40,12 @@ struct Move {
     {
         return areSame(status, statusOf(source)) && areSame(present, statusOf(destination));
     }
+    /// Whether nobody has written to a file since its checksum was compared.
+    bool isAsVerified() const
+    {
+        return !checkChecksum || (isUnwritten(status, statusOf(source)) &&
+                                  isUnwritten(present, statusOf(destination)));
+    }
 };
 
 Error checksumMismatch(const Verdict &verdict)
@@ -58,7 +64,7 @@ Error moveNew(const Move &move)
     const Verdict verdict = move.verdictOn(move.source);
     if (!verdict.isGood)
         return checksumMismatch(verdict);
-    if (move.space < move.status->st_size + headRoom)
+    if (move.space - headRoom < move.status->st_size)
         return failure(ErrorId::NoSpace,
                        QStringLiteral("FileHandler: not enough space in destination"),
                        causeOf(FsHelper::dirLocationToFullPath(move.to), ENOSPC));
@@ -67,6 +73,8 @@ Error moveNew(const Move &move)
     // The new name may reach the storage at any moment; what it names must be there by then.
     if (!syncFileSystem(move.source))
         return failed(causeOf(move.source, errno));
+    if (!move.isAsVerified())
+        return failed(causeOf(move.source, ESTALE));
     const int error = renameWithoutReplacing(move.source, move.destination);
     return error == 0 ? Error() : failed(causeOf(move.destination, error));
 }
@@ -91,10 +99,11 @@ Error discardDuplicate(const Move &move)
     // The destination may have arrived just now.
     if (!syncFileSystem(move.destination))
         return failed(causeOf(move.destination, errno));
-    const Turn turn(FsHelper::dirLocationToFullPath(move.to)); // it may be about to be removed too
+    // It may be about to be removed, too, as a duplicate in some other location.
+    const Turn turn(FsHelper::dirLocationToFullPath(DirLocation::Data));
     if (!turn.cause().isNull())
         return failed(turn.cause());
-    if (!move.isAsSeen())
+    if (!move.isAsSeen() || !move.isAsVerified())
         return failed(causeOf(move.destination, ESTALE));
     if (!isOnlyName(move.source, move.destination) &&
         ::unlink(QFile::encodeName(move.source).constData()) != 0)

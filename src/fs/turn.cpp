@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "fs/turn.h"
-#include "aux/fshelper.h"
 #include "error/failure.h"
 
 #include <QElapsedTimer>
@@ -42,14 +41,10 @@ bool lock(const Descriptor &directory)
 
 } // namespace
 
-Turn::Turn(const QString &destination)
+Turn::Turn(const QString &directory) : m_directory(openDirectory(directory))
 {
-    const QString root = FsHelper::dirLocationToFullPath(DirLocation::Data);
-    m_directory = openDirectory(root);
-    if (!m_directory.isOpen())
-        m_directory = openDirectory(destination);
     if (!m_directory.isOpen() || !lock(m_directory))
-        m_cause = causeOf(root, errno);
+        m_cause = causeOf(directory, errno);
 }
 
 } // namespace aux

@@ -7,17 +7,17 @@
 namespace aux
 {
 
-/// The turn of a move among those of all processes and threads, for the moment in which it removes
-/// or replaces a name; it ends with this object, and with a killed process.
+/// The turn of those, in all processes and threads, that are about to remove or replace a name; it
+/// ends with this object, and with a killed process.
 ///
-/// What is locked (flock) is the directory "/data": that needs no file of its own and no right to
-/// write. Where there is none to open, it is the destination of the move. Whoever may open it can
-/// hold it for ever, so that nothing waits long for it.
+/// What is locked (flock) is a directory that all of them can open: that needs no file of its own
+/// and no right to write. Whoever may open it can hold it for ever, so that nothing waits long for
+/// it.
 class Turn
 {
 public:
     /// Waits for five seconds at most.
-    explicit Turn(const QString &destination);
+    explicit Turn(const QString &directory);
 
     /// Why the turn could not be had; null where it is.
     const QString &cause() const { return m_cause; }
