@@ -22,6 +22,7 @@ struct ChildPlan {
     int errors = -1;
     QVector<int> inherited; // keep their numbers
     QVector<std::pair<int, rlim_t>> limits;
+    bool mayLeaveOthers = false; // what it has started is not ended with it
 };
 
 /// What a child has come to.
@@ -36,7 +37,8 @@ struct ChildReport {
 /// Between this process and the program stands another, the group's leader. It alone waits for the
 /// program and then writes a ChildReport to the descriptor `report`: where SIGCHLD is ignored, or
 /// some other thread takes the end of every child, this process could not learn of it. Then it ends
-/// the group, itself included. When the calling thread dies, both are killed.
+/// the group, itself included. When the calling thread dies, both are killed, though not what the
+/// program has started.
 pid_t startChild(const ChildPlan &plan, int report);
 
 } // namespace aux

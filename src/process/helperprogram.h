@@ -15,7 +15,7 @@ namespace aux
 {
 
 /// One run of a program, which ends with it: nothing that the program has started and that has not
-/// left its process group is left, also where the calling thread is killed.
+/// left its process group is left. Where the calling thread is killed, the program is, too.
 ///
 /// It does not matter which signals the process blocks or ignores, nor who waits for its children.
 class HelperProgram
@@ -35,6 +35,8 @@ public:
     void inherit(int descriptor) { m_plan.inherited += descriptor; }
     /// Sets a resource limit, RLIMIT_FSIZE or RLIMIT_DATA.
     void limit(int resource, rlim_t bytes) { m_plan.limits += {resource, bytes}; }
+    /// Lets what the program has started run on once it has exited: it may be a daemon.
+    void leaveOthers() { m_plan.mayLeaveOthers = true; }
 
     /// Runs it until it exits, with whatever exit status. The reason where it did not: it could not
     /// be started, was killed, or has had its time and is killed.

@@ -23,6 +23,7 @@ struct Search {
     QVector<pid_t> found;
     QStringList wordless;     ///< ended, though nobody has asked for them yet; the kernel's own
     bool hasLostSome = false; ///< gone before they could be looked at
+    bool hasSeenSome = false; ///< this process at least, but for want of a descriptor
 
     /// Whether none has ended since the search before, and may have left another one.
     bool isSure(const Search &before) const { return !hasLostSome && wordless == before.wordless; }
@@ -37,6 +38,7 @@ Search searchFor(const QByteArray &option, const QByteArray &value)
         const QFileInfo process(processes, number);
         QFile file(process.filePath() + QStringLiteral("/cmdline"));
         const bool isThere = file.open(QIODevice::ReadOnly);
+        search.hasSeenSome |= isThere;
         const QByteArrayList words = isThere ? file.readAll().split('\0') : QByteArrayList();
         const int position = words.indexOf(option);
         if (!isThere)
@@ -60,11 +62,11 @@ bool endProcessesWith(const QByteArray &option, const QByteArray &value)
             const Search before = std::exchange(search, searchFor(option, value));
             for (const pid_t process : qAsConst(search.found))
                 ::kill(process, signal);
-            return search.found.isEmpty() && search.isSure(before);
+            return search.found.isEmpty() && search.hasSeenSome && search.isSure(before);
         };
         return waitUntil(isOver, endTimeout);
     };
-    return end(SIGTERM) || end(SIGKILL) || search.found.isEmpty();
+    return end(SIGTERM) || end(SIGKILL) || (search.found.isEmpty() && search.hasSeenSome);
 }
 
 bool waitUntil(const std::function<bool()> &condition, int milliseconds)

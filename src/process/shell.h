@@ -27,6 +27,7 @@ inline bool runInShell(const QString &commandLine)
     if (!ignoresChildren())
         return std::system(commandLine.toUtf8().constData()) == 0;
     HelperProgram shell;
+    shell.leaveOthers();
     const auto asLongAsItTakes = [] { return std::numeric_limits<qint64>::max(); };
     return shell.run(QStringLiteral("sh"), {QStringLiteral("-c"), commandLine}, asLongAsItTakes)
                .isNone() &&
