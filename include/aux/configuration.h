@@ -128,9 +128,11 @@ struct ChangeState {
 ///
 /// Writing blocks until all file systems are flushed, and while other processes write. A lock
 /// beside the file that no writer holds delays a write by three seconds at most; QSettings of
-/// another process that writes delays it by thirty. Reading waits for the storage, and for a write
-/// by the same object. A process made by fork() while another thread writes must not use the
-/// settings before it has executed a program. Where the process has a limit on the size of files
+/// another process that writes delays each writer by thirty, and a writer that is stopped all
+/// others until it goes on. QSettings objects of the application's own know none of this: one that
+/// writes replaces a file that it could not read. Reading waits for the storage, and for a write by
+/// the same object. A process made by fork() while another thread writes must not use the settings
+/// before it has executed a program. Where the process has a limit on the size of files
 /// (RLIMIT_FSIZE), a write beyond it ends the process by SIGXFSZ, unless that is ignored.
 ///
 /// Misuse is reported by a debug line only: `<operation> : not initialized`, and what the

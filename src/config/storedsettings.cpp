@@ -71,7 +71,9 @@ Reason replaceSettings(const QString &path, const QSettings::SettingsMap &settin
     if (!file.commit())
         return reason::cannotWrite.because(path, file.errorString());
     const QString target = QFileInfo(path).canonicalPath();
-    return syncDirectory(target) ? Reason() : reason::cannotWrite.because(target, errno);
+    if (syncDirectory(target) || errno == EACCES) // one that may not be read is left to sync()
+        return {};
+    return reason::cannotWrite.because(target, errno);
 }
 
 } // namespace aux
