@@ -17,7 +17,8 @@ at() { time=$1; shift; gpg --faked-system-time $time "$@"; }
 make() { name=$1 algorithm=$2; shift 2; gpg "$@" --quick-generate-key $name $algorithm sign never; }
 fingerprint() { gpg --with-colons --list-keys $1 | awk -F: '/^fpr/ { print $10; exit }'; }
 retire() {
-    printf 'y\n2\n\ny\n' | command gpg --no-tty --command-fd 0 --gen-revoke $1 2>>log | gpg --import
+    name=$1; shift
+    printf 'y\n2\n\ny\n' | command gpg --no-tty --command-fd 0 "$@" --gen-revoke $name 2>>log | gpg --import
 }
 revoke() { sed 's/^:---/---/' $GNUPGHOME/openpgp-revocs.d/$(fingerprint $1).rev | gpg --import; }
 trust() { gpg --export "$@" >keys; }
@@ -43,6 +44,7 @@ at 20200101T000000 --quick-generate-key gone ed25519 sign 1y
 at 20370101T000000 --quick-generate-key future ed25519 sign never
 at 20200101T000000 --quick-generate-key lost ed25519 sign never
 at 20200101T000000 --quick-generate-key outworn ed25519 sign never
+at 20200101T000000 --quick-generate-key shabby ed25519 sign never
 )sh";
 
 /// Runs these words; false where it takes a program that is not there.
@@ -144,6 +146,9 @@ private Q_SLOTS:
         const QString lines = "signature does not cover every byte";
         row("in text mode", "sign ed --textmode; trust ed", lines);
         const QString weak = "signature uses a weak digest";
+        row("a bad one of another kind behind a good one",
+            "sign ed; mv sig good; sign ed --textmode; cat sig >>good; mv good sig; trust ed",
+            "signature is damaged");
         row("SHA-1", "sign ed --digest-algo SHA1; trust ed", weak);
         row("MD5", "sign rsa --digest-algo MD5 --allow-weak-digest-algos; trust rsa", weak);
         row("expired signature",
@@ -151,6 +156,9 @@ private Q_SLOTS:
             "signature has expired");
         row("expired key", "at 20200601T000000 -u gone -o sig -b file; trust gone",
             "key has expired");
+        row("revoked by SHA-1",
+            "at 20200601T000000 -u shabby -o sig -b file; retire shabby --cert-digest-algo SHA1; trust shabby",
+            "keyring holds a revocation by a weak digest");
         const QString revoked = "key is revoked";
         row("revoked later",
             "at 20200601T000000 -u outworn -o sig -b file; retire outworn; trust outworn", revoked);

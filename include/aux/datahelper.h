@@ -271,6 +271,7 @@ public:
     /// - "Failed to open file for reading": `file` is missing, not readable or no regular file
     /// - "signature cannot be read", "keyring cannot be read": the same of the other two
     /// - "signature is too large", of more than 64 KiB; "keyring is too large", of more than 1 MiB
+    /// - "keyring holds a revocation by a weak digest": that key would count as good
     /// - "keyring holds no public key": it does not begin with one, or is cut off
     /// - "signature is not by a trusted key"
     /// - "file does not match the signature"

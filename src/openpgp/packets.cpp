@@ -85,11 +85,12 @@ QVector<Packet> packetsOf(const QByteArray &content)
         const auto tag = packetTag(static_cast<char>(first));
         const qint64 length =
             (first & newFormatBit) != 0 ? newLength(stream) : oldLength(stream, first & 3U);
+        const auto body = static_cast<int>(stream.device()->pos());
         if (!tag || length < 0 || length > content.size() || stream.status() != QDataStream::Ok ||
             stream.skipRawData(static_cast<int>(length)) != length)
             return {};
         const auto end = static_cast<int>(stream.device()->pos());
-        packets += {*tag, content.mid(begin, end - begin)};
+        packets += {*tag, content.mid(begin, end - begin), content.mid(body, end - body)};
     }
     return packets;
 }

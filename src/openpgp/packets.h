@@ -26,6 +26,7 @@ std::optional<int> packetTag(char first);
 struct Packet {
     int tag = 0;
     QByteArray content; // with its header
+    QByteArray body;    // without
 };
 
 /// All packets; none where this is no sequence of whole packets, each of which says how long it is.

@@ -23,8 +23,7 @@ constexpr int badPublicKey = 6;
 constexpr int noPublicKey = 9;
 constexpr int timeConflict = 39;
 
-const QByteArrayList weakDigests{"1", "2", "3"}; // MD5, SHA-1, RIPEMD-160 (RFC 4880, 9.4)
-const QByteArray ofBytes = "00";                 // the class of a binary document (5.2.1)
+const QByteArray ofBytes = "00"; // the class of a binary document (5.2.1)
 
 const Reason notTrusted = QStringLiteral("signature is not by a trusted key");
 
@@ -45,7 +44,7 @@ const std::array<Refusal, 4> refusals{{
 /// keys from the future too, which gpgv 2.4 does not know at all.
 Reason whyDoubtful(const QByteArray &digest, const QByteArray &time, qint64 now)
 {
-    if (weakDigests.contains(digest))
+    if (isWeakDigest(digest))
         return QStringLiteral("signature uses a weak digest");
     return time.toLongLong() > now
                ? QStringLiteral("signature was made after what the clock says now")
@@ -110,6 +109,12 @@ DataHelper::Signature signatureFrom(const QByteArrayList &valid)
 }
 
 } // namespace
+
+bool isWeakDigest(const QByteArray &number)
+{
+    static const QByteArrayList weak{"1", "2", "3"}; // MD5, SHA-1, RIPEMD-160
+    return weak.contains(number);
+}
 
 std::pair<Reason, DataHelper::Signature> judgeSignatures(const Status &status, bool hasSucceeded,
                                                          qint64 now)

@@ -14,6 +14,9 @@ inline const Reason signatureDamaged = QStringLiteral("signature is damaged");
 /// Why gpgv has not come to an answer.
 inline const Reason notJudged = QStringLiteral("gpgv failed");
 
+/// Whether a digest of this number (RFC 4880, 9.4) proves nothing any more.
+bool isWeakDigest(const QByteArray &number);
+
 /// The first good signature of those that gpgv tells of, or why there is none: one that is by a
 /// key that it has, now, a time in seconds since the epoch, and none beside it but such and those
 /// by keys that it does not have. `hasSucceeded` is what its exit status says.

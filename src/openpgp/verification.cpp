@@ -49,6 +49,20 @@ std::pair<Reason, QByteArray> readSignature(const QString &path)
     return {reason, packets};
 }
 
+/// Whether it revokes a key or subkey (RFC 4880, 5.2.1) by a digest for which gpgv does not take
+/// it, so that the key would count as good.
+bool isWeakRevocation(const gpg::Packet &packet)
+{
+    constexpr char ofKey = 0x20;
+    constexpr char ofSubkey = 0x28;
+    constexpr int kind = 1;   // byte of the body
+    constexpr int digest = 3; // the same
+    if (packet.tag != gpg::tag::signature || packet.body.size() <= digest)
+        return false;
+    const bool isRevocation = packet.body[kind] == ofKey || packet.body[kind] == ofSubkey;
+    return isRevocation && gpg::isWeakDigest(QByteArray::number(packet.body[digest]));
+}
+
 /// Runs gpgv with the keys of a file, over its input, and judges what it says.
 SignatureVerdict ask(gpg::Run &run, const QString &keyringFile, const QStringList &words,
                      const HelperProgram::Timeout &timeout)
@@ -79,8 +93,11 @@ std::pair<Reason, QByteArray> readKeyring(const QString &keyringFile)
 {
     auto [reason, packets] = readPackets(keyringFile, QStringLiteral("keyring cannot be read"),
                                          largestKeyring, QStringLiteral("keyring is too large"));
-    if (reason.isNone() && gpg::packetsOf(packets).value(0).tag != gpg::tag::publicKey)
+    const auto parts = gpg::packetsOf(packets);
+    if (reason.isNone() && parts.value(0).tag != gpg::tag::publicKey)
         return {QStringLiteral("keyring holds no public key"), {}};
+    if (reason.isNone() && std::any_of(parts.begin(), parts.end(), isWeakRevocation))
+        return {QStringLiteral("keyring holds a revocation by a weak digest"), {}};
     return {reason, packets};
 }
 
@@ -99,8 +116,13 @@ SignatureVerdict verifyDetached(const QString &file, const QString &signatureFil
     if (signature.isNull())
         return {gpg::notJudged.because(signatureFile, errno)};
     run.program().setInput(content.handle());
-    return ask(run, keyringFile, {signature},
-               [&content] { return HelperProgram::timeoutFor(content.size()); });
+    const SignatureVerdict verdict = ask(run, keyringFile, {signature}, [&content] {
+        return HelperProgram::timeoutFor(content.size());
+    });
+    // Of signatures that are made in different ways gpgv looks at the first one only.
+    const bool hasSeenAll = run.status().from("NEWSIG").size() == gpg::packetsOf(packets).size();
+    return verdict.reason.isNone() && !hasSeenAll ? SignatureVerdict{gpg::signatureDamaged, true}
+                                                  : verdict;
 }
 
 SignatureVerdict verifyMessage(FilePair &files, const QString &keyringFile)
