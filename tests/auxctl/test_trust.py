@@ -110,6 +110,16 @@ class Trust(World):
         self.assertEqual(TRUSTED.read_bytes(), kept)
         second = self.trust("thief")[0]["fingerprint"]
         self.assertEqual(self.auxctl("complete", "--", "pgp", "trust", "remove").split(), [first["fingerprint"], second])
+        older = gpg("--export", "gone")
+        gone = self.trust("gone")[0]["fingerprint"]
+        (self.work / "revocation").write_text(
+            (SERVER / f"openpgp-revocs.d/{gone}.rev").read_text().replace(":---", "---"))
+        gpg("--import", self.work / "revocation")
+        self.assertEqual(self.trust("gone")[0]["state"], "key is revoked")
+        self.keys.write_bytes(older)
+        self.auxctl("pgp", "trust", "add", self.keys, status=1)
+        self.assertIn("is revoked, and an older edition of it is not taken", self.errors)
+        self.auxctl("pgp", "trust", "remove", gone)
         self.auxctl("pgp", "trust", "remove", first["fingerprint"].lower())
         self.auxctl("pgp", "trust", "remove", second, "--last")
         self.assertFalse(TRUSTED.exists())
@@ -128,6 +138,7 @@ class Trust(World):
         self.assertEqual((told["trusted"], len(told["signer"])), (True, 40))
         self.auxctl("pgp", "sign", self.packed, "--passphrase-file", secret, status=1)
         self.assertIn("--force overwrites it", self.errors)
+        self.auxctl("pgp", "sign", self.packed, self.packed, "--force", "--passphrase-file", secret, status=2)
         self.auxctl("pgp", "sign", "-", "-", "--passphrase-file", secret, given=b"content")
         (self.work / "made").write_bytes(self.raw)
         self.auxctl("pgp", "verify", "-", self.work / "made", *known, given=b"content")

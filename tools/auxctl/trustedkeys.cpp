@@ -55,7 +55,8 @@ const QString trustedKeysPath = QStringLiteral("/data/config/trusted.gpg");
 
 bool requiresSignatures()
 {
-    return aux::isOccupied(trustedKeysPath);
+    // What cannot be looked at may be there.
+    return aux::isOccupied(trustedKeysPath) || (errno != ENOENT && errno != ENOTDIR);
 }
 
 aux::Reason TrustedKey::whyUseless() const

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "fs/fileidentity.h"
 #include "openpgp/keyring.h"
 #include "openpgp/openpgp.h"
 #include "passphrase.h"
@@ -63,6 +64,8 @@ Result sign(const Call &call)
 {
     Input input(call.argument(0));
     const QString signature = call.arguments().size() > 1 ? call.argument(1) : signaturePath(input);
+    if (aux::isSameFile(input.path(), signature))
+        misuse("a signature cannot replace what it signs");
     const QString phrase = passPhrase(call, PassPhraseKind::Known);
     Output output(call, signature, Access::Common, stopAgents);
     checkOn(input.name(), "not signed", aux::signFile(input.path(), output.file(), phrase));

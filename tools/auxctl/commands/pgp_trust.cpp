@@ -4,6 +4,8 @@
 #include "streams.h"
 #include "trustedkeys.h"
 
+#include <aux/fshelper.h>
+
 #include <algorithm>
 
 #include <unistd.h>
@@ -20,12 +22,26 @@ void change(const Change &change)
 {
     if (geteuid() != 0)
         fail("only root chooses whom this terminal trusts");
-    const aux::Turn turn(trustedKeysPath);
+    const aux::Turn turn(aux::FsHelper::dirLocationToFullPath(aux::DirLocation::Data));
     if (!turn.cause().isNull())
         fail(QStringLiteral("cannot lock ") + turn.cause());
     QVector<TrustedKey> keys = trustedKeys();
     change(keys);
     setTrustedKeys(keys);
+}
+
+bool isRevoked(const TrustedKey &key)
+{
+    return key.whyUseless() == aux::gpg::keyRevoked;
+}
+
+/// An edition from before its revocation would make a key good again.
+void checkNotRevoked(const QVector<TrustedKey> &keys, const TrustedKey &added)
+{
+    for (const TrustedKey &key : keys) {
+        if (key.fingerprint() == added.fingerprint() && isRevoked(key) && !isRevoked(added))
+            fail(key.fingerprint() + " is revoked, and an older edition of it is not taken");
+    }
 }
 
 /// Takes the key of this fingerprint away; false where there is none.
@@ -48,6 +64,7 @@ Result add(const Call &call)
     const QVector<TrustedKey> added = keysOf(input.path());
     change([&added](QVector<TrustedKey> &keys) {
         for (const TrustedKey &key : added) {
+            checkNotRevoked(keys, key);
             take(keys, key.fingerprint()); // an older edition of it
             keys += key;
         }
