@@ -35,16 +35,10 @@ struct Move {
     {
         return checkChecksum ? compareChecksum(path, checksum) : Verdict{true, {}};
     }
-    /// Whether both names still lead to the same files, or still to none.
-    bool isAsSeen() const
+    /// Whether what both names lead to is still the same: areSame or isUnwritten.
+    bool isStill(bool (&same)(const std::optional<Status> &, const std::optional<Status> &)) const
     {
-        return areSame(status, statusOf(source)) && areSame(present, statusOf(destination));
-    }
-    /// Whether nobody has written to a file since its checksum was compared.
-    bool isAsVerified() const
-    {
-        return !checkChecksum || (isUnwritten(status, statusOf(source)) &&
-                                  isUnwritten(present, statusOf(destination)));
+        return same(status, statusOf(source)) && same(present, statusOf(destination));
     }
 };
 
@@ -73,7 +67,7 @@ Error moveNew(const Move &move)
     // The new name may reach the storage at any moment; what it names must be there by then.
     if (!syncFileSystem(move.source))
         return failed(causeOf(move.source, errno));
-    if (!move.isAsVerified())
+    if (move.checkChecksum && !move.isStill(isUnwritten)) // since it was verified
         return failed(causeOf(move.source, ESTALE));
     const int error = renameWithoutReplacing(move.source, move.destination);
     return error == 0 ? Error() : failed(causeOf(move.destination, error));
@@ -103,7 +97,7 @@ Error discardDuplicate(const Move &move)
     const Turn turn(FsHelper::dirLocationToFullPath(DirLocation::Data));
     if (!turn.cause().isNull())
         return failed(turn.cause());
-    if (!move.isAsSeen() || !move.isAsVerified())
+    if (!move.isStill(move.checkChecksum ? isUnwritten : areSame))
         return failed(causeOf(move.destination, ESTALE));
     if (!isOnlyName(move.source, move.destination) &&
         ::unlink(QFile::encodeName(move.source).constData()) != 0)
@@ -151,7 +145,7 @@ Error FsHelper::fileMove(DirLocation from, DirLocation to, const QString &fileNa
         Error error = attempt(move);
         if (!error.hasError())
             ::sync();
-        if (!error.hasError() || move.isAsSeen())
+        if (!error.hasError() || move.isStill(areSame))
             return error;
         // Another move came in between.
     }
