@@ -123,8 +123,7 @@ Reason Status::whyNotSigned(bool hasSucceeded) const
         return {};
     if (isPassPhraseWrong())
         return wrongPassPhrase;
-    return has("INV_SGNR") ? QStringLiteral("no secret key to sign with")
-                           : QStringLiteral("gpg failed");
+    return has("INV_SGNR") ? QStringLiteral("no secret key to sign with") : notDone;
 }
 
 /// Whether decrypting or signing has failed with one of these codes of libgpg-error.

@@ -18,6 +18,9 @@ inline const Reason keyRevoked = QStringLiteral("key is revoked");
 inline const Reason keyInvalid = QStringLiteral("key is not valid");
 /// @}
 
+/// Why gpg has not done its work, where it does not tell.
+inline const Reason notDone = QStringLiteral("gpg failed");
+
 /// Its status lines, each split at its blanks, without the mark at their start.
 class Status
 {

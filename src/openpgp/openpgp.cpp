@@ -13,8 +13,6 @@ namespace aux
 namespace
 {
 
-const Reason notDone = QStringLiteral("gpg failed");
-
 qint64 now()
 {
     return QDateTime::currentSecsSinceEpoch();
@@ -70,7 +68,7 @@ Reason fill(Keyring &keyring, const RegularFile &file)
 
 Reason whyNotEncrypted(const gpg::Run &run)
 {
-    return run.hasSucceeded() && run.status().has("END_ENCRYPTION") ? Reason() : notDone;
+    return run.hasSucceeded() && run.status().has("END_ENCRYPTION") ? Reason() : gpg::notDone;
 }
 
 Reason whyNotSigned(const gpg::Run &run)
