@@ -273,8 +273,7 @@ public:
     /// - "signature is too large", of more than 64 KiB; "keyring is too large", of more than 1 MiB
     /// - "keyring holds a revocation by a weak digest": that key would count as good
     /// - "keyring holds no public key": it does not begin with one, or is cut off
-    /// - "signature is not by a trusted key"
-    /// - "file does not match the signature"
+    /// - "signature is not by a trusted key", "file does not match the signature"
     /// - "signature is damaged": it is no detached signature, or cut off, or of an unknown kind
     /// - "signature does not cover every byte": it was made in text mode, without the line ends
     /// - "signature uses a weak digest": SHA-1, MD5 or RIPEMD-160
