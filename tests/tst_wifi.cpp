@@ -181,10 +181,7 @@ private Q_SLOTS:
         const FakeSupplicant daemon({{"SCAN", {event, pause, event, pause, event, pause, "OK\n"}},
                                      {"SCAN_RESULTS", {header + line("a", "-70"), "OK\n"}}});
         const auto [error, ctrl] = SystemHelper::wpaSupplicantConnect();
-        timespec now{};
-        ::clock_gettime(CLOCK_MONOTONIC, &now);
-        paceSince = now.tv_sec * 1000LL + now.tv_nsec / 1000000;
-        pace = 10;
+        const Pace tenfold(10);
         const MessageLog log;
         QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), "");
         QCOMPARE(log.take(), QStringList("wpaNetworkScan : scan request failed"));
@@ -192,7 +189,33 @@ private Q_SLOTS:
             QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), "a,1,1");
             QTest::qSleep(100); // what the daemon says unasked arrives
         }
-        pace = 1;
+        QCOMPARE(text(SystemHelper::wpaSupplicantDisconnect(ctrl)), QString());
+    }
+
+    /// A scan that was answered with another one's "OK" would ask for its results.
+    void alwaysLate()
+    {
+        FakeSupplicant daemon({{"SCAN", {FakeSupplicant::slowness, "OK\n"}}});
+        const auto [error, ctrl] = SystemHelper::wpaSupplicantConnect();
+        const Pace tenfold(10);
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), "");
+        QVERIFY(!daemon.stop().contains("SCAN_RESULTS"));
+        QCOMPARE(text(SystemHelper::wpaSupplicantDisconnect(ctrl)), QString());
+    }
+
+    /// A daemon that is silent once is believed again after one more request.
+    void lostCommand()
+    {
+        const FakeSupplicant daemon(
+            {{"SIGNAL_POLL", {}}, {"SCAN_RESULTS", {header + line("a", "-70")}}});
+        run("ip link set wlan0 up");
+        QTRY_VERIFY(SystemHelper::ifaceIsConnected("wlan0"));
+        const auto [error, ctrl] = SystemHelper::wpaSupplicantConnect();
+        const Pace tenfold(10);
+        QCOMPARE(SystemHelper::wpaNetworkStatus(ctrl), std::make_pair(0, true));
+        QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), "");
+        QCOMPARE(shown(SystemHelper::wpaNetworkScan(ctrl)), "a,1,1");
         QCOMPARE(text(SystemHelper::wpaSupplicantDisconnect(ctrl)), QString());
     }
 

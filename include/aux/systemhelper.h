@@ -32,7 +32,7 @@ namespace aux
 /// connect at once; a control handle belongs to one thread at a time. A null handle is safe
 /// everywhere. Operations block while the program they run runs. A request to the daemon ends after
 /// 10 seconds, whatever arrives meanwhile; its answer is never one to an earlier request or an
-/// event, which are discarded.
+/// event, which are discarded. (That is certain up to 12 seconds that the daemon takes for each.)
 class AUX_EXPORT SystemHelper
 {
 public:

@@ -25,30 +25,36 @@ namespace
 constexpr int patienceMs = 10000;
 constexpr std::size_t longestAnswer = 4095;
 
-/// How many answers each connection still owes to commands that did not wait for them.
-class OutstandingAnswers
+/// What a connection still owes to commands that did not wait for their answers.
+struct Debt {
+    int answers = 0;
+    /// The daemon answers, but less often than it was asked: it is slow, or has lost a command.
+    bool isDoubtful = false;
+};
+
+class Debts
 {
 public:
-    int take(wpa_ctrl *ctrl)
+    Debt take(wpa_ctrl *ctrl)
     {
         const QMutexLocker lock(&m_mutex);
-        return m_counts.take(ctrl);
+        return m_debts.take(ctrl);
     }
-    void set(wpa_ctrl *ctrl, int count)
+    void set(wpa_ctrl *ctrl, const Debt &debt)
     {
         const QMutexLocker lock(&m_mutex);
-        m_counts.insert(ctrl, count);
+        m_debts.insert(ctrl, debt);
     }
 
 private:
     QMutex m_mutex;
-    QHash<wpa_ctrl *, int> m_counts;
+    QHash<wpa_ctrl *, Debt> m_debts;
 };
 
-OutstandingAnswers &outstandingAnswers()
+Debts &debts()
 {
-    static OutstandingAnswers answers;
-    return answers;
+    static Debts all;
+    return all;
 }
 
 bool isEvent(const QByteArray &datagram)
@@ -104,13 +110,19 @@ std::optional<QByteArray> nextAnswer(int socket, const QDeadlineTimer &deadline)
     return {};
 }
 
-/// Takes what has arrived unasked; returns how many answers were among it.
-int discardArrived(int socket, const QDeadlineTimer &deadline)
+/// Takes what has arrived unasked, and waits for what is doubtful; returns how many answers are
+/// still owed.
+int settle(int socket, const Debt &debt, const QDeadlineTimer &deadline)
 {
-    int answers = 0;
+    int owed = debt.answers;
     for (auto old = arrived(socket); old && !deadline.hasExpired(); old = arrived(socket))
-        answers += isEvent(*old) ? 0 : 1;
-    return answers;
+        owed -= isEvent(*old) ? 0 : 1;
+    if (!debt.isDoubtful)
+        return qMax(0, owed);
+    const QDeadlineTimer lost(deadline.remainingTime() / 2);
+    while (owed > 0 && nextAnswer(socket, lost))
+        --owed;
+    return 0;
 }
 
 } // namespace
@@ -119,25 +131,23 @@ std::optional<QByteArray> requestSupplicant(wpa_ctrl *ctrl, const char *command)
 {
     const int socket = wpa_ctrl_get_fd(ctrl);
     const QDeadlineTimer deadline(patienceMs);
-    int late = outstandingAnswers().take(ctrl);
-    late = qMax(0, late - discardArrived(socket, deadline));
+    const int owed = settle(socket, debts().take(ctrl), deadline);
     if (!sendCommand(socket, command, deadline)) {
-        outstandingAnswers().set(ctrl, late);
+        debts().set(ctrl, {owed, false});
         return {};
     }
-    const int wasLate = late;
+    int late = owed;
     auto answer = nextAnswer(socket, deadline);
     for (; answer && late > 0; --late)
         answer = nextAnswer(socket, deadline);
-    // A daemon that answers, but less often than it was asked, has lost a command: count anew.
-    if (!answer && late == wasLate)
-        outstandingAnswers().set(ctrl, late + 1);
+    if (!answer)
+        debts().set(ctrl, {late + 1, late < owed});
     return answer;
 }
 
 void forgetSupplicantRequests(wpa_ctrl *ctrl)
 {
-    outstandingAnswers().take(ctrl);
+    debts().take(ctrl);
 }
 
 } // namespace aux

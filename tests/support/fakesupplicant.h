@@ -24,6 +24,8 @@ public:
     static constexpr const char *death = "death";
     /// In place of a datagram: half a second passes; less where the command came before.
     static constexpr const char *pause = "pause";
+    /// In place of a datagram: more than a second passes.
+    static constexpr const char *slowness = "slowness";
 
     explicit FakeSupplicant(const Answers &answers)
         : m_answers({{"ATTACH", {"OK\n"}}, {"DETACH", {"OK\n"}}, {"SCAN", {"OK\n"}}})
@@ -70,6 +72,8 @@ private:
             for (const QByteArray &answer : answers) {
                 if (answer == death)
                     ::shutdown(m_socket, SHUT_RD);
+                else if (answer == slowness)
+                    ::usleep(1150000);
                 else if (answer == pause)
                     ::usleep(isFirst ? 500000 : 20000);
                 else
