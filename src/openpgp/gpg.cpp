@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "openpgp/gpg.h"
 
+#include "openpgp/signatures.h"
+
 #include <array>
 #include <cerrno>
 
@@ -44,14 +46,12 @@ QStringList gpgOptions(const QString &home)
             QStringLiteral("always")};
 }
 
-/// MD5 it refuses by itself.
 QStringList gpgvOptions()
 {
-    return {QStringLiteral("--homedir"),     QStringLiteral("/nonexistent"),
-            QStringLiteral("--status-fd"),   QLatin1String(statusDescriptor),
-            QStringLiteral("--log-file"),    QStringLiteral("/dev/null"),
-            QStringLiteral("--weak-digest"), QStringLiteral("SHA1"),
-            QStringLiteral("--weak-digest"), QStringLiteral("RIPEMD160")};
+    return QStringList{QStringLiteral("--homedir"),   QStringLiteral("/nonexistent"),
+                       QStringLiteral("--status-fd"), QLatin1String(statusDescriptor),
+                       QStringLiteral("--log-file"),  QStringLiteral("/dev/null")} +
+           weakDigestOptions();
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "openpgp/signatures.h"
 
+#include <algorithm>
 #include <array>
 
 namespace aux::gpg
@@ -22,6 +23,13 @@ constexpr int errorCode = 6;
 constexpr int badPublicKey = 6;
 constexpr int noPublicKey = 9;
 constexpr int timeConflict = 39;
+
+/// The names and numbers (RFC 4880, 9.4) of digests that prove nothing any more.
+constexpr std::array<std::pair<const char *, const char *>, 3> weakDigests{{
+    {"MD5", "1"},
+    {"SHA1", "2"},
+    {"RIPEMD160", "3"},
+}};
 
 const QByteArray ofBytes = "00"; // the class of a binary document (5.2.1)
 
@@ -110,10 +118,18 @@ DataHelper::Signature signatureFrom(const QByteArrayList &valid)
 
 } // namespace
 
+QStringList weakDigestOptions()
+{
+    QStringList options;
+    for (const auto &[name, number] : weakDigests)
+        options += {QStringLiteral("--weak-digest"), QLatin1String(name)};
+    return options;
+}
+
 bool isWeakDigest(const QByteArray &number)
 {
-    static const QByteArrayList weak{"1", "2", "3"}; // MD5, SHA-1, RIPEMD-160
-    return weak.contains(number);
+    return std::any_of(weakDigests.begin(), weakDigests.end(),
+                       [&number](const auto &digest) { return number == digest.second; });
 }
 
 std::pair<Reason, DataHelper::Signature> judgeSignatures(const Status &status, bool hasSucceeded,

@@ -14,6 +14,9 @@ inline const Reason signatureDamaged = QStringLiteral("signature is damaged");
 /// Why gpgv has not come to an answer.
 inline const Reason notJudged = QStringLiteral("gpgv failed");
 
+/// What tells gpg and gpgv to take no signature by a digest that proves nothing any more.
+QStringList weakDigestOptions();
+
 /// Whether a digest of this number (RFC 4880, 9.4) proves nothing any more.
 bool isWeakDigest(const QByteArray &number);
 

@@ -6,6 +6,7 @@
 #include "fs/storage.h"
 #include "openpgp/gpg.h"
 #include "openpgp/packets.h"
+#include "openpgp/signatures.h"
 #include "openpgp/verification.h"
 
 #include <QDir>
@@ -25,8 +26,9 @@ aux::gpg::Key listingOf(const QByteArray &packets)
 {
     aux::gpg::Run run(QStringLiteral("/nonexistent"));
     const aux::Reason reason =
-        run.execute({"--no-default-keyring", "--keyring", run.show(packets), "--no-autostart",
-                     "--weak-digest", "SHA1", "--with-colons", "--list-keys"});
+        run.execute(QStringList{"--no-default-keyring", "--keyring", run.show(packets),
+                                "--no-autostart", "--with-colons", "--list-keys"} +
+                    aux::gpg::weakDigestOptions());
     const auto keys = aux::gpg::parseKeys(run.program().output());
     if (!reason.isNone())
         fail(reason.text());
