@@ -17,6 +17,7 @@ namespace tag
 constexpr int signature = 2;
 constexpr int secretKey = 5;
 constexpr int publicKey = 6;
+constexpr int secretSubkey = 7;
 
 } // namespace tag
 

@@ -42,7 +42,7 @@ QVector<QByteArray> split(const QString &path, const QByteArray &keys)
 {
     QVector<QByteArray> parts;
     for (const aux::gpg::Packet &packet : aux::gpg::packetsOf(keys)) {
-        if (packet.tag == aux::gpg::tag::secretKey)
+        if (packet.tag == aux::gpg::tag::secretKey || packet.tag == aux::gpg::tag::secretSubkey)
             fail(QStringLiteral("%1 holds a secret key, which must not leave its owner").arg(path));
         if (packet.tag == aux::gpg::tag::publicKey)
             parts += QByteArray();
