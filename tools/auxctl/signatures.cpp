@@ -50,9 +50,7 @@ void keepVerified(Input &input, aux::NewFile &copy)
         fail(QStringLiteral("cannot read ") + file.cause());
     if (content->size() > largest)
         fail(QStringLiteral("%1 holds more than %2 bytes").arg(input.name()).arg(largest));
-    if (!copy.open() || !copy.write(*content) || !copy.commit())
-        fail(QStringLiteral("cannot keep ") + copy.cause());
-    nameFile(copy.pathWithoutName(), input.name());
+    keep(*content, input.name(), copy);
     check(verifySignature(input.name(), copy.pathWithoutName(), signature, trustedKeysPath).reason);
 }
 

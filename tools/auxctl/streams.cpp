@@ -79,6 +79,13 @@ void Input::keep()
     nameFile(m_copy->pathWithoutName(), name());
 }
 
+void keep(const QByteArray &content, const QString &name, aux::NewFile &file)
+{
+    if (!file.open() || !file.write(content) || !file.commit())
+        fail(QStringLiteral("cannot keep %1: %2").arg(name, file.cause()));
+    nameFile(file.pathWithoutName(), name);
+}
+
 void Input::open(QFile &file) const
 {
     file.setFileName(name());

@@ -39,6 +39,9 @@ private:
     std::unique_ptr<aux::NewFile> m_copy;
 };
 
+/// Keeps a text in a file without a name, which people know by this one.
+void keep(const QByteArray &content, const QString &name, aux::NewFile &file);
+
 /// Without it, no file is replaced.
 extern const Switch forceOption;
 

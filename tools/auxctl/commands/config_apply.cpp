@@ -24,10 +24,7 @@ void extract(const QString &path, aux::NewFile &file)
                  .arg(path, aux::container::rowOf(container.header().type)->content));
     if (!container.hasDigest())
         fail(QStringLiteral("%1 is damaged").arg(path));
-    const QByteArray payload = container.payload(1 << 20); // as much as a candidate may have
-    if (!file.open() || !file.write(payload) || !file.commit())
-        fail(QStringLiteral("cannot write ") + file.cause());
-    nameFile(file.pathWithoutName(), path);
+    keep(container.payload(1 << 20), path, file); // as much as a candidate may have
 }
 
 Result apply(const Call &call)
