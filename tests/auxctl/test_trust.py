@@ -132,8 +132,9 @@ class Trust(World):
         self.addCleanup(self.auxctl, "pgp", "remove")
         self.export("server")
         known = ("--keyring", self.keys)
-        self.auxctl("pgp", "verify", self.packed, *known, status=3)
-        self.assertIn("there is no signature", self.errors)
+        told = self.json("pgp", "verify", self.packed, *known, status=3)["signature"]
+        self.assertIn("there is no signature", told["error"][0]["message"])
+        self.auxctl("container", "verify", self.packed, "--keyring", "/nowhere", status=1)
         self.auxctl("pgp", "sign", self.packed, "--passphrase-file", secret)
         told = self.json("pgp", "verify", self.packed, *known)["signature"]
         self.assertEqual((told["trusted"], len(told["signer"])), (True, 40))

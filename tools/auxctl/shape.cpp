@@ -11,8 +11,6 @@ namespace auxctl
 namespace
 {
 
-constexpr const char *errorShape = "[{domain: text, message: text, id: number}]";
-
 QJsonObject objectSchema(const QJsonObject &properties, const QJsonArray &required)
 {
     return {{"type", "object"},
@@ -59,6 +57,8 @@ private:
 
     static QJsonObject wordSchema(const QString &word)
     {
+        if (word == "errors")
+            return schemaOf("[{domain: text, message: text, id: number}]");
         if (word == "scalar")
             return {{"type", QJsonArray{"string", "number", "boolean"}}};
         const QString type = word == "text" ? "string" : word == "bool" ? "boolean" : word;
@@ -98,7 +98,7 @@ QJsonObject schemaOfDocuments()
 {
     QJsonObject definitions{
         {"error",
-         objectSchema({{"error", schemaOf(errorShape)}, {"cause", schemaOf("text")}}, {"error"})},
+         objectSchema({{"error", schemaOf("errors")}, {"cause", schemaOf("text")}}, {"error"})},
         {"--help", objectSchema({{"help", schemaOf("text")}}, {"help"})},
         {"--version", objectSchema({{"version", schemaOf("text")}}, {"version"})}};
     for (const Command &command : commands())

@@ -8,8 +8,8 @@ namespace auxctl
 {
 
 /// The JSON Schema of a shape as the rows of the commands have it, and the help shows it: "text",
-/// "number", "bool", "scalar" (one of these), "object", "[SHAPE]", or "{name: SHAPE, name?:
-/// SHAPE}", in which a "?" marks what may be missing.
+/// "number", "bool", "scalar" (one of these), "errors" (those of one failure), "object", "[SHAPE]",
+/// or "{name: SHAPE, name?: SHAPE}", in which a "?" marks what may be missing.
 QJsonObject schemaOf(const char *shape);
 
 /// The JSON Schema of every document that --json prints, with one definition for each command.

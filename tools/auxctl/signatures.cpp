@@ -26,13 +26,16 @@ Record describe(const aux::DataHelper::Signature &signature)
 Finding verifySignature(const QString &name, const QString &path, const QString &signature,
                         const QString &keyring)
 {
+    constexpr const char *operation = "verifyFileGPG";
     aux::SignatureVerdict verdict;
     aux::Error reason;
     if (aux::isOccupied(path) && !aux::isOccupied(signature)) {
+        const aux::SignatureVerdict noKeys{aux::readKeyring(keyring).first};
+        checkOn(name, "not verified", noKeys.result(operation).first);
         reason = ownError(ExitStatus::No, QStringLiteral("there is no signature ") + signature);
     } else {
         verdict = aux::verifyDetached(path, signature, keyring);
-        reason = about(name, "not verified", verdict.result("verifyFileGPG").first);
+        reason = about(name, "not verified", verdict.result(operation).first);
         if (!verdict.isAnswer)
             check(reason);
     }

@@ -62,7 +62,7 @@ Result verify(const Call &call)
 }
 
 constexpr const char *shape =
-    "[{path: text, error?: [{domain: text, message: text, id: number}], "
+    "[{path: text, error?: errors, "
     "type?: text, name?: text, size?: number, digest?: text, "
     "complete?: bool, valid?: bool, trusted?: bool, signer?: text, signed?: text}]";
 

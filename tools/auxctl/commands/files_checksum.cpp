@@ -131,22 +131,20 @@ Result verify(const Call &call)
     });
 }
 
-const Registration checksumRow{
-    {"files checksum",
-     "FILE...",
-     "checksums",
-     "[{path: text, error?: [{domain: text, message: text, id: number}], checksum?: text}]",
-     "Print the SHA-256 checksums of files",
-     {},
-     checksum}};
-const Registration verifyRow{
-    {"files verify",
-     "[FILE] [CHECKSUM]",
-     "verified",
-     "[{path: text, error?: [{domain: text, message: text, id: number}], valid?: bool}]",
-     "Check the SHA-256 checksums of files",
-     {&listOption},
-     verify}};
+const Registration checksumRow{{"files checksum",
+                                "FILE...",
+                                "checksums",
+                                "[{path: text, error?: errors, checksum?: text}]",
+                                "Print the SHA-256 checksums of files",
+                                {},
+                                checksum}};
+const Registration verifyRow{{"files verify",
+                              "[FILE] [CHECKSUM]",
+                              "verified",
+                              "[{path: text, error?: errors, valid?: bool}]",
+                              "Check the SHA-256 checksums of files",
+                              {&listOption},
+                              verify}};
 
 } // namespace
 

@@ -2,6 +2,7 @@
 #include "fs/fileidentity.h"
 #include "openpgp/keyring.h"
 #include "openpgp/openpgp.h"
+#include "output.h"
 #include "passphrase.h"
 #include "progress.h"
 #include "signatures.h"
@@ -79,10 +80,12 @@ Result verify(const Call &call)
     Input made(signature);
     const QString keyring = call.value(keyringOption).value_or(trustedKeysPath);
     const Finding finding = verifySignature(input.name(), input.path(), made.path(), keyring);
-    Result result =
-        answered(!finding.isNo, record(Record{{"path", input.name()}} + finding.fields));
-    if (finding.isNo)
+    const Record fields = Record{{"path", input.name()}} + finding.fields;
+    Result result = answered(!finding.isNo, record(fields));
+    if (finding.isNo) {
+        result.json = toObject(fields + Record{{"error", toJson(finding.reason)}});
         result.errors += finding.reason;
+    }
     return result;
 }
 
@@ -124,7 +127,8 @@ const Registration signRow{{"pgp sign",
 const Registration verifyRow{{"pgp verify",
                               "FILE [SIGNATURE]",
                               "signature",
-                              "{path: text, trusted: bool, signer: text, signed: text}",
+                              "{path: text, trusted: bool, signer: text, signed: text, "
+                              "error?: errors}",
                               "Check that a file is signed by a trusted key, in FILE.sig",
                               {&keyringOption},
                               verify}};
