@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reading and writing settings against a bare QSettings on the same file. Needs a /data of its own,
 // for the price of writing one on a disk:
-// kit/sandbox bash -c 'mount --bind DIRECTORY /data && build/release/bench/bench_config'
+// kit/sandbox --empty bash -c 'mount --bind DIRECTORY /data && build/release/bench/bench_config'
 #include <aux/configuration.h>
 
 #include "config/catalogue.h"

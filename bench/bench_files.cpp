@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Checksums, containers and listings against the least work that does the same, and what is exact:
 // the memory of large containers, the system calls of a move. Needs a /data of its own:
-// kit/sandbox build/release/bench/bench_files
+// kit/sandbox --empty build/release/bench/bench_files
 #include <aux/datahelper.h>
 #include <aux/fshelper.h>
 

@@ -2,7 +2,7 @@
 // What years of use leave behind in one process: soak [DIVISOR]
 //
 // Repeats each operation and prints what the process has before and after: memory, descriptors,
-// threads, children, and files in /tmp. To be run in kit/sandbox.
+// threads, children, and files in /tmp. To be run in kit/sandbox --empty.
 #include <aux/configuration.h>
 #include <aux/datahelper.h>
 #include <aux/fshelper.h>

@@ -14,7 +14,7 @@ main() {
     stage=$(mktemp -d "$checkout/build/demo.XXXXXX")
     trap 'rm -rf "$stage"' EXIT
     cp -- "$file" "$stage"
-    "$checkout/kit/sandbox" "$checkout/scripts/demo.sh" --inside \
+    "$checkout/kit/sandbox" --empty "$checkout/scripts/demo.sh" --inside \
         "$checkout/build/dev/tools/auxctl/auxctl" "$stage/${file##*/}"
 }
 

@@ -22,4 +22,4 @@ if [ "$1" = --inside ]; then
     exit
 fi
 [ -x "$2" ] || { echo "SKIPPED: there is no $2" >&2 && exit 77; }
-"$(dirname "$0")/../kit/sandbox" "$0" --inside "$@"
+"$(dirname "$0")/../kit/sandbox" --empty "$0" --inside "$@"

@@ -38,7 +38,7 @@ try() { # PLACE [COMMAND TO BECOME ANOTHER USER...]
     [ $# -eq 0 ] || chown -R nobody "$checkout"
     before=$(facts "$checkout")
     etc=$(ls -A /etc)
-    (cd "$checkout" && TMPDIR=$stage "$@" env LC_ALL=C LANG=de_DE.UTF-8 kit/sandbox --writable build \
+    (cd "$checkout" && TMPDIR=$stage "$@" env LC_ALL=C LANG=de_DE.UTF-8 kit/sandbox --empty --writable build \
         bash sandbox.sh --hostile "$checkout" "$outside") >"$stage/log" 2>&1 || status=$?
     if [ "$status" -ne 0 ]; then
         cat "$stage/log"

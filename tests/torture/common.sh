@@ -18,7 +18,7 @@ start() { # [--FUNCTION [ARGUMENT...]]
         return
     fi
     strace -o /dev/null true 2>/dev/null || skip "this machine refuses strace"
-    exec "$here/../../kit/sandbox" "$0" "$settings" "$auxctl" --inside
+    exec "$here/../../kit/sandbox" --empty "$0" "$settings" "$auxctl" --inside
 }
 
 file_of() { # ORGANISATION
@@ -85,7 +85,7 @@ outcome() { # ORGANISATION OPERATION
 # It has a directory "config", on the storage already.
 mount_image() { # [MKFS_OPTION...]
     [ "$(id -u)" -eq 0 ] || skip "only root may mount an image"
-    "$here/../../kit/sandbox" true || exit
+    "$here/../../kit/sandbox" --empty true || exit
     stage=$(mktemp -d)
     trap clean_up EXIT
     cd "$stage"
@@ -107,5 +107,5 @@ clean_up() {
 # Runs a command in a world that has its settings on the image. The programs may be elsewhere in /data.
 on_image() { # COMMAND [ARGUMENT...]
     # shellcheck disable=SC2016
-    "$here/../../kit/sandbox" --writable "$stage" sh -c 'mkdir -p /data/config && mount --bind data/config /data/config && exec "$@"' - "$@"
+    "$here/../../kit/sandbox" --empty --writable "$stage" sh -c 'mkdir -p /data/config && mount --bind data/config /data/config && exec "$@"' - "$@"
 }
