@@ -23,8 +23,7 @@ QByteArray completeText(const CurrentSettings &current)
 {
     QSettings::SettingsMap settings;
     for (const Setting &setting : settingsCatalogue())
-        settings[setting.storedKey()] =
-            ofItsType(current.value(setting.keyPath(), setting.defaultValue), setting);
+        settings[setting.storedKey()] = ofItsType(current.value(setting), setting);
     return json::toText(settings);
 }
 

@@ -46,8 +46,7 @@ QVariant Configuration::getValue(SettingsCode code) const
     const std::lock_guard locker(*m_mutex);
     if (!_isInitialized("getValue"))
         return {};
-    const Setting &setting = settingOf(code);
-    return CurrentSettings().value(setting.keyPath(), setting.defaultValue);
+    return CurrentSettings().value(settingOf(code));
 }
 
 void Configuration::setValue(SettingsCode code, const QVariant &value)

@@ -43,9 +43,8 @@ Error checkChanges(const SettingsChanges &changes)
         return {};
     const CurrentSettings current;
     return checkTogether([&](const Setting &setting) {
-        return changes.contains(setting.code)
-                   ? orDefault(changes[setting.code], setting)
-                   : current.value(setting.keyPath(), setting.defaultValue);
+        return changes.contains(setting.code) ? orDefault(changes[setting.code], setting)
+                                              : current.value(setting);
     });
 }
 

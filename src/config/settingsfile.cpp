@@ -195,6 +195,11 @@ QVariant CurrentSettings::value(const QString &key, const QVariant &fallback) co
     return m_fallbacks->value(key, fallback);
 }
 
+QVariant CurrentSettings::value(const Setting &setting) const
+{
+    return value(setting.keyPath(), setting.defaultValue);
+}
+
 Reason changeSettings(const Change &change, WhenNotWritten whenNotWritten)
 {
     Reason reason = changeInTurn(settingsFileName(), change, whenNotWritten);

@@ -2,6 +2,7 @@
 #ifndef AUX_CONFIG_SETTINGSFILE_H
 #define AUX_CONFIG_SETTINGSFILE_H
 
+#include "config/catalogue.h"
 #include "error/reason.h"
 
 #include <QSettings>
@@ -32,6 +33,7 @@ public:
     /// Returns why the file could not be read.
     const Reason &reason() const { return m_reason; }
     QVariant value(const QString &key, const QVariant &fallback) const;
+    QVariant value(const Setting &setting) const;
 
 private:
     Reason m_reason;

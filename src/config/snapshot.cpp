@@ -69,7 +69,7 @@ void Configuration::_readSnapshot()
     if (!settings.isComplete()) // a rollback must not put defaults in place of what is not known
         return;
     forEachSetting(SettingsArea::All, [&](const Setting &setting) {
-        m_snapshot.insert(setting.code, settings.value(setting.keyPath(), setting.defaultValue));
+        m_snapshot.insert(setting.code, settings.value(setting));
     });
 }
 
@@ -90,8 +90,7 @@ ChangeState Configuration::_changed(SettingsArea area) const
         return state;
     const CurrentSettings settings;
     forEachSetting(area, [&](const Setting &setting) {
-        if (settings.value(setting.keyPath(), setting.defaultValue) !=
-            m_snapshot.value(setting.code, setting.defaultValue)) {
+        if (settings.value(setting) != m_snapshot.value(setting.code, setting.defaultValue)) {
             state.anyChanged = true;
             state.flaggedChanged |= setting.flag;
         }

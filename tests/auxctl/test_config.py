@@ -1,5 +1,7 @@
 # SPDX-License-Identifier: MIT
+import itertools
 import json
+import threading
 import unittest
 
 import jsonschema
@@ -152,6 +154,30 @@ class Config(World):
         self.auxctl("config", "validate", self.work / "missing", status=1)
         self.assertIn("Config file does not exist 10001", self.errors)
 
+
+    def test_values_are_of_one_moment(self):
+        marks, texts = ("8765", "de_DE", "depot"), []
+        following, stop = SETTINGS.with_suffix(".next"), threading.Event()
+        for values in (marks, ("8766", "en_US", "yard")):
+            self.auxctl("config", "set", *map("=".join, zip((PORT, "device/lang", "network/wifi/ssid"), values)))
+            texts.append(SETTINGS.read_bytes())
+
+        def alternate():
+            for text in itertools.cycle(texts):
+                following.write_bytes(text)
+                following.replace(SETTINGS)
+                if stop.is_set():
+                    break
+
+        writer = threading.Thread(target=alternate)
+        writer.start()
+        try:
+            for words in (("config", "show"), ("config", "changed"), ("config", "export"), ("report",)):
+                for told in [self.auxctl(*words, "--json") for _ in range(9)]:
+                    self.assertIn(sum(mark in told for mark in marks), (0, len(marks)), words)
+        finally:
+            stop.set()
+            writer.join()
 
     def test_the_life_of_a_configuration(self):
         candidate, packed = self.work / "candidate", self.work / "packed"

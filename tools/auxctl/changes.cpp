@@ -28,14 +28,15 @@ aux::Candidate candidateOf(const QString &path)
     return candidate;
 }
 
-Result differences(const aux::Candidate &candidate, const aux::Configuration &configuration)
+Result differences(const aux::Candidate &candidate)
 {
+    const aux::CurrentSettings current;
     QJsonArray json;
     QVector<QStringList> lines{{"KEY", "OLD", "NEW"}};
     for (const Setting &setting : aux::settingsCatalogue()) {
         if (!candidate.contains(setting))
             continue;
-        const QVariant before = ofItsType(configuration.getValue(setting.code), setting);
+        const QVariant before = ofItsType(current.value(setting), setting);
         const QVariant after = ofItsType(candidate.value(setting), setting);
         if (before == after)
             continue;

@@ -15,8 +15,8 @@ void commit(const aux::SettingsChanges &changes, const aux::Configuration &confi
 /// What a candidate says; fails where there is none, or it is no JSON object.
 aux::Candidate candidateOf(const QString &path);
 
-/// What the candidate would change, a record each.
-Result differences(const aux::Candidate &candidate, const aux::Configuration &configuration);
+/// What the candidate would change in the settings file that is open, a record each.
+Result differences(const aux::Candidate &candidate);
 constexpr const char *differencesShape = "[{key: text, secret?: bool, old?: scalar, new?: scalar}]";
 
 } // namespace auxctl

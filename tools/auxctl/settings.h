@@ -3,7 +3,7 @@
 #define AUXCTL_SETTINGS_H
 
 #include "command.h"
-#include "config/catalogue.h"
+#include "config/settingsfile.h"
 
 namespace auxctl
 {

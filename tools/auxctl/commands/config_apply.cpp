@@ -45,7 +45,7 @@ Result apply(const Call &call)
     open(configuration, call);
     aux::Candidate candidate;
     checkOn(input.name(), "not taken into use", aux::readFaultless(path, candidate));
-    Result result = differences(candidate, configuration);
+    Result result = differences(candidate);
     if (!call.has(dryRunOption))
         check(configuration.applyConfigFile(path));
     return result;

@@ -15,10 +15,11 @@ Result showChanged(const Call &call)
     const aux::SettingsArea area = areaFromName(call.argument(0, aux::areaNames.front()));
     aux::Configuration configuration;
     open(configuration, call);
+    const aux::CurrentSettings current;
     QJsonArray json;
     QVector<QStringList> lines{{"KEY", "VALUE", "DEFAULT"}};
     for (const Setting &setting : aux::settingsCatalogue()) {
-        const QVariant value = configuration.getValue(setting.code);
+        const QVariant value = current.value(setting);
         if (!setting.belongsTo(area) || value == setting.defaultValue)
             continue;
         const auto [record, text] = shown(setting, value, false);

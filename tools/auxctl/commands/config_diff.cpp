@@ -14,7 +14,7 @@ Result showDifferences(const Call &call)
     const aux::Candidate candidate = candidateOf(input.path());
     aux::Configuration configuration;
     open(configuration, call);
-    const Result result = differences(candidate, configuration);
+    const Result result = differences(candidate);
     return answered(result.text.isEmpty(), result);
 }
 

@@ -15,12 +15,13 @@ namespace
 
 constexpr Switch revealOption{"reveal", "Write secrets too"};
 
-QJsonObject complete(const aux::Configuration &configuration, bool reveal)
+QJsonObject complete(bool reveal)
 {
+    const aux::CurrentSettings current;
     QSettings::SettingsMap values;
     for (const Setting &setting : aux::settingsCatalogue()) {
         if (!setting.isSecret || reveal)
-            values[setting.keyPath().mid(1)] = configuration.getValue(setting.code);
+            values[setting.keyPath().mid(1)] = current.value(setting);
     }
     return aux::json::nest(values);
 }
@@ -30,7 +31,7 @@ Result exportSettings(const Call &call)
     aux::Configuration configuration;
     open(configuration, call);
     const bool reveal = call.has(revealOption);
-    const QJsonObject settings = complete(configuration, reveal);
+    const QJsonObject settings = complete(reveal);
     const QByteArray text = jsonText(settings);
     QStringList warnings;
     if (!reveal)

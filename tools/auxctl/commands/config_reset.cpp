@@ -16,12 +16,13 @@ Result toDefaults(const QVector<Setting> &settings, const Call &call)
 {
     aux::Configuration configuration;
     open(configuration, call);
+    const aux::CurrentSettings current;
     aux::SettingsChanges changes;
     QJsonArray json;
     QVector<QStringList> lines;
     for (const Setting &setting : settings) {
         changes[setting.code] = {};
-        if (configuration.getValue(setting.code) == setting.defaultValue)
+        if (current.value(setting) == setting.defaultValue)
             continue;
         const auto [record, text] = shown(setting, setting.defaultValue, true);
         json += toObject(record);

@@ -16,10 +16,11 @@ Result showSettings(const Call &call)
     const QVector<Setting> settings = settingsOf(call.arguments());
     aux::Configuration configuration;
     open(configuration, call);
+    const aux::CurrentSettings current;
     QJsonArray json;
     QVector<QStringList> lines;
     for (const Setting &setting : settings) {
-        const QVariant value = configuration.getValue(setting.code);
+        const QVariant value = current.value(setting);
         const bool isDefault = value == setting.defaultValue;
         const auto [record, text] = shown(setting, value, call.has(revealOption));
         json += toObject(record + Record{{"isDefault", isDefault}});

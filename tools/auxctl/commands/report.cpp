@@ -98,9 +98,10 @@ QJsonArray problemsOf(const QString &path)
 
 QJsonObject settingsOf(const aux::Configuration &configuration)
 {
+    const aux::CurrentSettings current;
     QJsonArray values;
     for (const Setting &setting : aux::settingsCatalogue())
-        values += toObject(shown(setting, configuration.getValue(setting.code), false).record);
+        values += toObject(shown(setting, current.value(setting), false).record);
     return {{"path", configuration.getFileName()},
             {"version", configuration.getVersion()},
             {"commits", configuration.getChangeCounter()},
