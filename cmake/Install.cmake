@@ -21,3 +21,13 @@ file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/package.pc.in ${made}/lib${AUX_NAME}.pc @ONLY)
 install(FILES ${made}/lib${AUX_NAME}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Devel)
+
+# The kit stays together as it is, with its programs in the way of everybody.
+set(kit ${CMAKE_INSTALL_DATADIR}/aux-kit) # also where CMake looks for the package
+install(DIRECTORY kit/ DESTINATION ${kit} COMPONENT Kit USE_SOURCE_PERMISSIONS PATTERN crashes EXCLUDE)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libaux-kit COMPONENT Kit)
+file(RELATIVE_PATH bin_to_kit /${CMAKE_INSTALL_BINDIR} /${kit})
+foreach(program sandbox)
+    file(CREATE_LINK ${bin_to_kit}/${program} ${made}/aux-${program} SYMBOLIC)
+    install(FILES ${made}/aux-${program} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Kit)
+endforeach()
