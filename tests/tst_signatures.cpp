@@ -125,6 +125,9 @@ private Q_SLOTS:
             "at 20200601T000000 -u outworn -o sig -b file; retire outworn; trust outworn", revoked);
         row("revoked before, by its date",
             "at 20200601T000000 -u lost -o sig -b file; revoke lost; trust lost", revoked);
+        row("revoked at the end of the keyring",
+            "sign stranger; trust stranger rsa; certificate stranger >>keys", revoked);
+        row("a revocation of another key", "sign rsa; trust rsa; certificate stranger >>keys", "");
         row("key with a SHA-1 signature", "sign sha1; trust sha1", "key is not valid|" + unknown);
         const QString future = "signature was made after what the clock says now";
         row("from the future", "at 20370101T000000 -u ed -o sig -b file; trust ed", future);

@@ -278,7 +278,7 @@ public:
     /// - "signature does not cover every byte": it was made in text mode, without the line ends
     /// - "signature uses a weak digest": SHA-1, MD5 or RIPEMD-160
     /// - "signature has expired", "key has expired"
-    /// - "key is revoked": before or after it has signed
+    /// - "key is revoked": before or after it has signed, wherever in the file that stands
     /// - "key is not valid": it lacks a valid signature of its own with a better digest than those,
     ///   which makes it none that is trusted for gpgv 2.4, or is younger than the signature
     /// - "signature was made after what the clock says now": also where the key was

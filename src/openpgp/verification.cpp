@@ -2,6 +2,7 @@
 #include "openpgp/verification.h"
 #include "openpgp/gpg.h"
 #include "openpgp/packets.h"
+#include "openpgp/revocations.h"
 #include "openpgp/signatures.h"
 
 #include <algorithm>
@@ -49,20 +50,6 @@ std::pair<Reason, QByteArray> readSignature(const QString &path)
     return {reason, packets};
 }
 
-/// Whether it revokes a key or subkey (RFC 4880, 5.2.1) by a digest for which gpgv does not take
-/// it, so that the key would count as good.
-bool isWeakRevocation(const gpg::Packet &packet)
-{
-    constexpr char ofKey = 0x20;
-    constexpr char ofSubkey = 0x28;
-    constexpr int kind = 1;   // byte of the body
-    constexpr int digest = 3; // the same
-    if (packet.tag != gpg::tag::signature || packet.body.size() <= digest)
-        return false;
-    const bool isRevocation = packet.body[kind] == ofKey || packet.body[kind] == ofSubkey;
-    return isRevocation && gpg::isWeakDigest(QByteArray::number(packet.body[digest]));
-}
-
 /// Runs gpgv with the keys of a file, over its input, and judges what it says.
 SignatureVerdict ask(gpg::Run &run, const QString &keyringFile, const QStringList &words,
                      const HelperProgram::Timeout &timeout)
@@ -91,14 +78,15 @@ std::pair<Error, DataHelper::Signature> SignatureVerdict::result(const char *ope
 
 std::pair<Reason, QByteArray> readKeyring(const QString &keyringFile)
 {
-    auto [reason, packets] = readPackets(keyringFile, QStringLiteral("keyring cannot be read"),
-                                         largestKeyring, QStringLiteral("keyring is too large"));
+    const auto [reason, packets] =
+        readPackets(keyringFile, QStringLiteral("keyring cannot be read"), largestKeyring,
+                    QStringLiteral("keyring is too large"));
     const auto parts = gpg::packetsOf(packets);
     if (reason.isNone() && parts.value(0).tag != gpg::tag::publicKey)
         return {QStringLiteral("keyring holds no public key"), {}};
-    if (reason.isNone() && std::any_of(parts.begin(), parts.end(), isWeakRevocation))
+    if (reason.isNone() && std::any_of(parts.begin(), parts.end(), gpg::isWeakRevocation))
         return {QStringLiteral("keyring holds a revocation by a weak digest"), {}};
-    return {reason, packets};
+    return {reason, gpg::withRevocationsInPlace(parts)};
 }
 
 SignatureVerdict verifyDetached(const QString &file, const QString &signatureFile,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reads whatever gpgv may print as status lines, and whatever may stand in a file of keys or
 // signatures. Only what gpgv says in full is a good signature, and none of the faults beside it.
-#include "openpgp/packets.h"
+#include "openpgp/revocations.h"
 #include "openpgp/signatures.h"
 #include "require.h"
 
@@ -41,5 +41,6 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
         parts += packet.content;
     require(packets.size() <= text.size());
     require(parts.isEmpty() || parts == packets);
+    require(aux::gpg::withRevocationsInPlace(aux::gpg::packetsOf(packets)).size() == parts.size());
     return 0;
 }

@@ -17,7 +17,8 @@ retire() {
     name=$1; shift
     printf 'y\n2\n\ny\n' | command gpg --no-tty --command-fd 0 "$@" --gen-revoke $name 2>>log | gpg --import
 }
-revoke() { sed 's/^:---/---/' $GNUPGHOME/openpgp-revocs.d/$(fingerprint $1).rev | gpg --import; }
+certificate() { sed 's/^:---/---/' $GNUPGHOME/openpgp-revocs.d/$(fingerprint $1).rev | gpg --dearmor; }
+revoke() { certificate $1 | gpg --import; }
 trust() { gpg --export "$@" >keys; }
 sign() { name=$1; shift; gpg "$@" --local-user $name --output sig --detach-sign file; }
 seal() { gpg "$@" --recipient box --output in --encrypt file; }
