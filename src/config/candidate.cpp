@@ -13,7 +13,7 @@ namespace aux
 namespace
 {
 
-constexpr int maximumSize = 1024 * 1024;
+constexpr int largestCandidate = 1024 * 1024;
 
 /// "line 3, column 7", both from 1, columns in characters.
 QString positionIn(const QByteArray &text, int offset)
@@ -39,11 +39,11 @@ QJsonObject parse(const QByteArray &text, QString &fault)
 QByteArray read(const QString &fileName, QString &fault)
 {
     RegularFile file(fileName);
-    const auto text = file.openForReading() ? file.readUpTo(maximumSize + 1) : std::nullopt;
+    const auto text = file.openForReading() ? file.readUpTo(largestCandidate + 1) : std::nullopt;
     if (!text)
         fault = file.cause();
-    else if (text->size() > maximumSize)
-        fault = QStringLiteral("more than %1 bytes").arg(maximumSize);
+    else if (text->size() > largestCandidate)
+        fault = QStringLiteral("more than %1 bytes").arg(largestCandidate);
     return fault.isNull() ? *text : QByteArray();
 }
 

@@ -15,7 +15,7 @@ namespace
 {
 
 const QString versionKey = QStringLiteral("/version");
-const QString empty = QStringLiteral("");
+const QString noText = QStringLiteral("");
 
 } // namespace
 
@@ -76,7 +76,7 @@ QString Configuration::getFileName() const
 QString Configuration::getVersion() const
 {
     const std::lock_guard locker(*m_mutex);
-    return CurrentSettings().value(versionKey, empty).toString();
+    return CurrentSettings().value(versionKey, noText).toString();
 }
 
 void Configuration::sync()
@@ -96,7 +96,7 @@ QStringList Configuration::getCryptoVidPidList() const
     const QString key = settingOf(SettingsCode::CryptoVendors).keyPath();
     QStringList list;
     const Error error =
-        DataHelper::vIdpIdListFromString(CurrentSettings().value(key, empty).toString(), list);
+        DataHelper::vIdpIdListFromString(CurrentSettings().value(key, noText).toString(), list);
     if (error.hasError())
         debugLine("getCryptoVidPidList", ": invalid vendor:product id list");
     return list;

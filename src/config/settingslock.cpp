@@ -28,9 +28,9 @@ namespace
 {
 
 constexpr qint64 fillingTime = 2000;          // ms
-constexpr qint64 patience = 3000;             // ms
+constexpr qint64 doubtLimit = 3000;           // ms
 constexpr qint64 patienceWithRunning = 30000; // ms
-constexpr unsigned long pollInterval = 20;    // ms
+constexpr unsigned long retryInterval = 20;   // ms
 
 constexpr int processLine = 0;
 constexpr int programLine = 1;
@@ -127,12 +127,12 @@ SettingsLock::SettingsLock(const QString &settingsFile) : m_lock(lockOf(settings
     waited.start();
     QElapsedTimer waitedForThis;
     Status status{};
-    for (;; QThread::msleep(pollInterval)) {
+    for (;; QThread::msleep(retryInterval)) {
         const Status before = status;
         State state = stateOf(lock, status);
         if (!areSame(before, status))
             waitedForThis.start();
-        if (state == State::Doubtful && waitedForThis.hasExpired(patience))
+        if (state == State::Doubtful && waitedForThis.hasExpired(doubtLimit))
             state = State::Abandoned;
         if (state == State::Abandoned && std::remove(lock.constData()) != 0)
             return; // a directory that is not empty, or one that this account cannot write to

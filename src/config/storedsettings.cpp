@@ -21,7 +21,7 @@ namespace
 {
 
 /// More than QJsonDocument takes.
-constexpr qint64 maximumSize = 128LL * 1024 * 1024;
+constexpr qint64 largestFile = 128LL * 1024 * 1024;
 
 Reason keepAside(const QString &path, const QByteArray &text)
 {
@@ -40,7 +40,7 @@ Reason readWhole(const QString &path, QByteArray &text)
     RegularFile file(path);
     if (!file.openForReading())
         return reason::cannotRead.because(file.cause());
-    if (file.size() > maximumSize)
+    if (file.size() > largestFile)
         return reason::cannotRead.because(path, EFBIG);
     const std::optional<QByteArray> content = file.readUpTo(static_cast<int>(file.size()));
     if (!content)

@@ -42,7 +42,7 @@ bool holdsMore(const QString &directory)
 
 /// Empties the directory of a location, where it leads if it is a link; the cause where something
 /// is left.
-QString empty(const QString &path)
+QString emptyLocation(const QString &path)
 {
     Directory directory;
     if (!directory.open(AT_FDCWD, QFile::encodeName(path).constData()))
@@ -56,7 +56,7 @@ QString removeLocation(const QString &path)
 {
     const bool isLink = QFileInfo(path).isSymLink();
     if (!isLink || (QDir(path).exists() && !holdsMore(path))) {
-        QString cause = empty(path);
+        QString cause = emptyLocation(path);
         if (!cause.isNull())
             return cause;
     }

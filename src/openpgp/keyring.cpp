@@ -45,7 +45,7 @@ QByteArray encodedPath()
 }
 
 /// Waits for a lock that its holder gives up, or that the kernel takes from it when it dies.
-bool lock(const Descriptor &file)
+bool awaitLock(const Descriptor &file)
 {
     bool isLocked = false;
     const auto isDecided = [&] {
@@ -142,8 +142,8 @@ Reason Keyring::takeTurn(Missing missing)
         const Descriptor queue(::openat(m_directory.number(), "queue",
                                         O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC,
                                         S_IRUSR | S_IWUSR));
-        const bool isFirst = !queue.isOpen() || lock(queue);
-        const bool isLocked = isFirst && lock(m_directory);
+        const bool isFirst = !queue.isOpen() || awaitLock(queue);
+        const bool isLocked = isFirst && awaitLock(m_directory);
         unlock(queue);
         if (!isLocked)
             return inUse;

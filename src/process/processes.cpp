@@ -17,7 +17,7 @@ namespace
 {
 
 constexpr int endTimeout = 2000; // ms
-constexpr int pollInterval = 10; // ms
+constexpr int lookInterval = 10; // ms
 
 struct Search {
     QVector<pid_t> found;
@@ -60,7 +60,7 @@ bool endProcessesWith(const QByteArray &option, const QByteArray &value)
     const auto end = [&](int signal) {
         const auto isOver = [&] {
             const Search before = std::exchange(search, searchFor(option, value));
-            for (const pid_t process : qAsConst(search.found))
+            for (const pid_t process : std::as_const(search.found))
                 ::kill(process, signal);
             return search.found.isEmpty() && search.hasSeenSome && search.isSure(before);
         };
@@ -71,10 +71,10 @@ bool endProcessesWith(const QByteArray &option, const QByteArray &value)
 
 bool waitUntil(const std::function<bool()> &condition, int milliseconds)
 {
-    for (int waited = 0; !condition(); waited += pollInterval) {
+    for (int waited = 0; !condition(); waited += lookInterval) {
         if (waited >= milliseconds)
             return false;
-        ::poll(nullptr, 0, pollInterval);
+        ::poll(nullptr, 0, lookInterval);
     }
     return true;
 }

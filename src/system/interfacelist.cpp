@@ -13,12 +13,12 @@ namespace
 {
 
 /// A kind of interface as the network object shows it.
-struct Kind {
+struct InterfaceKind {
     QNetworkInterface::InterfaceType type;
     QLatin1String key;
     QLatin1String nameInUse; // deliberately a fixed name, not that of the interface shown
 };
-const std::array<Kind, 2> kinds = {{
+const std::array<InterfaceKind, 2> kinds = {{
     {QNetworkInterface::Ethernet, QLatin1String("eth"), QLatin1String("eth0")},
     {QNetworkInterface::Wifi, QLatin1String("wlan"), QLatin1String("wlan0")},
 }};
@@ -72,7 +72,7 @@ QJsonObject networkInfo(const InterfaceList &interfaces, const QString &nameInUs
 {
     QLatin1String active("none");
     QJsonObject info;
-    for (const Kind &kind : kinds) {
+    for (const InterfaceKind &kind : kinds) {
         const Interface *interface = firstOf(interfaces, kind.type);
         info.insert(kind.key, interface == nullptr ? QJsonObject() : description(*interface));
         if (interface != nullptr && isUp(*interface) && nameInUse == kind.nameInUse)
