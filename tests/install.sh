@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Installs to a staging prefix, builds a consumer through the CMake package and through pkg-config,
-# runs both, and checks what the library exports: install.sh CMAKE BUILD_DIR NAME QT CXX CXX_FLAGS
+# runs both, and checks what the library exports: install.sh CMAKE BUILD_DIR NAME CXX CXX_FLAGS
 set -euo pipefail
-cmake=$1 build=$2 name=$3 qt=$4 cxx=$5
-read -ra flags <<<"$6"
+cmake=$1 build=$2 name=$3 cxx=$4
+read -ra flags <<<"$5"
 here=$(cd "$(dirname "$0")" && pwd)
 stage=$(mktemp -d)
 trap 'rm -rf "$stage"' EXIT
@@ -14,17 +14,10 @@ library=$(find "$stage/prefix" -name "lib$name.so.1")
 "$cmake" --install "$build" --prefix "$stage/prefix" --component Devel >/dev/null
 lib=$(dirname "$library")
 
-"$cmake" -S "$here/consumer" -B "$stage/build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$6" \
-    -DAUX_PACKAGE="$name" \
-    -DCMAKE_PREFIX_PATH="$stage/prefix" >/dev/null
+"$cmake" -S "$here/consumer" -B "$stage/build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS="$5" \
+    -DAUX_PACKAGE="$name" -DCMAKE_PREFIX_PATH="$stage/prefix" >/dev/null
 "$cmake" --build "$stage/build" >/dev/null
 "$stage/build/consumer"
-
-# Inside another project, shared or static as that says.
-for shared in ON OFF; do
-    "$cmake" -S "$here/consumer/inside" -B "$stage/$shared" -DCMAKE_CXX_COMPILER="$cxx" \
-        -DCMAKE_CXX_FLAGS="$6" -DAUX_QT="$qt" -DBUILD_SHARED_LIBS=$shared >/dev/null
-done
 
 PKG_CONFIG_PATH=$lib/pkgconfig
 export PKG_CONFIG_PATH
