@@ -23,6 +23,13 @@ bool runs()
     return QProcess::execute("killall", {"-q", "-0", "wpa_supplicant"}) == 0;
 }
 
+/// One that can match interfaces by their names (-M) starts nl80211 too, whatever driver is named:
+/// seen with version 2.11 of Debian's, which ended there.
+bool needsWireless()
+{
+    return QProcess::execute("sh", {"-c", program + " -h | grep -q ' -M = '"}) == 0;
+}
+
 } // namespace
 
 class TestSupplicant : public QObject
@@ -32,6 +39,8 @@ class TestSupplicant : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
+        if (needsWireless() && !QFile::exists("/sys/class/ieee80211"))
+            QSKIP("this machine's daemon starts on no kernel without Wi-Fi");
         QDir().mkpath("/run/real");
         const QString fake = QFINDTESTDATA("fakes/wpa_supplicant");
         if (!QFile::copy(program, "/run/real/wpa_supplicant") ||
