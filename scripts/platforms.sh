@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# Tries the README's two commands on a bare root of each Debian release, of 12 where none is named:
-# platforms.sh [--keep] [RELEASE...]
+# Tries the README's two commands, and then Qt 6, on a bare root of each Debian release that it promises:
+# platforms.sh [--brief] [--keep] [RELEASE...]
 #
-# First as an ordinary user with sudo, then as root, from a clone whose path has a blank and an é,
-# in another language and with a TMPDIR of its own. Prints a table; fails where one of them fails.
-# Exits with 77 and the reason where the machine cannot do that. With --keep it keeps the roots, and
-# tries the last commit on those that it kept before.
+# First as an ordinary user with sudo, then the two commands as root too, from a clone whose path has a
+# blank and an é, in another language and with a TMPDIR of its own; a warning of the compiler is an
+# error. Prints a table; fails where one of them fails. Exits with 77 and the reason where the machine
+# cannot do that.
+#
+#   --brief  as an ordinary user only
+#   --keep   keeps the roots, and tries the last commit on those that it kept before
 set -euo pipefail
 cd "$(dirname "$0")/.."
 readonly user=developer
@@ -16,11 +19,16 @@ skip() {
 }
 
 main() {
-    local release keep=
-    [ "${1:-}" != --keep ] || { keep=1 && shift; }
+    local options release brief='' keep=''
+    options=$(getopt -n platforms.sh -o '' -l brief,keep -- "$@")
+    eval set -- "$options"
+    while [ "$1" != -- ]; do
+        declare "${1#--}=yes" && shift
+    done
+    shift
     [ "$(id -u)" -eq 0 ] || skip "a fresh root is made by root only"
     unshare --mount true 2>/dev/null || skip "this machine refuses private mounts"
-    [ $# -gt 0 ] || set -- bookworm
+    [ $# -gt 0 ] || set -- bookworm trixie
     scripts/bootstrap git mmdebstrap
     directory=$PWD/build/platforms
     mkdir -p "$directory"
@@ -30,11 +38,12 @@ main() {
             make_root "$release"
         fi
         git bundle create --quiet "$directory/$release/libaux.bundle" HEAD
-        try "$release" "$user"
-        try "$release" root
+        try "$release" 5 "$user"
+        try "$release" 6 "$user"
+        [ -n "$brief" ] || try "$release" 5 root
         [ -n "$keep" ] || rm -rf --one-file-system "${directory:?}/$release"
     done
-    column --table --separator $'\t' --table-columns SYSTEM,USER,BUILD,DEMO,TESTS,SKIPPED "$directory/table"
+    column --table --separator $'\t' --table-columns SYSTEM,QT,USER,BUILD,DEMO,TESTS,SKIPPED "$directory/table"
     ! grep -q FAILED "$directory/table"
 }
 
@@ -49,25 +58,35 @@ make_root() { # RELEASE
         --customize-hook="echo '$user ALL=(ALL) NOPASSWD: ALL' >\"\$1/etc/sudoers.d/$user\""
 }
 
-# Adds a row to the table.
-try() { # RELEASE USER
-    local log=$directory/$1-$2.log status demo tests="FAILED" skipped='' build="FAILED"
-    echo "Trying $1 as $2: $log" >&2
-    enter "$directory/$1" "$2" demo.sh >"$log.demo" 2>&1 && demo="done" || demo="FAILED ($?)"
-    enter "$directory/$1" "$2" test.sh >"$log" 2>&1 && status=0 || status=$?
+# Adds a row to the table. The demo has one Qt, the one that the README's commands take.
+try() { # RELEASE QT USER
+    local root=$directory/$1 log=$directory/$1-$2-$3.log preset="dev" demo="-" status=0
+    local version build="FAILED" tests="FAILED" skipped=''
+    echo "Trying $1 with Qt $2 as $3: $log" >&2
+    if [ "$2" -eq 5 ]; then
+        demo="done"
+        enter "$root" "$3" scripts/demo.sh >"$log.demo" 2>&1 || demo="FAILED ($?)"
+    else
+        preset=qt$2
+    fi
+    enter "$root" "$3" scripts/test.sh "$preset" >"$log" 2>&1 || status=$?
     ! grep -q ' tests passed, ' "$log" || {
         build="done" tests=$(tail -n 1 "$log")
         [ "$status" -eq 0 ] || tests="FAILED: $tests"
         skipped=$(sed -n 's/ tests skipped, and cases.*//p' "$log")
     }
-    printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$1" "$2" "$build" "$demo" "$tests" "$skipped" >>"$directory/table"
+    ! grep -q ': warning: .*\[-W' "$log"* || build="FAILED: warnings"
+    version=$(enter "$root" "$3" pkg-config --modversion "Qt$2Core") || version="$2 FAILED"
+    printf '%s\t' "$1" "$version" "$3" "$build" "$demo" "$tests" >>"$directory/table"
+    echo "$skipped" >>"$directory/table"
 }
 
-# The root replaces the machine's: in a chroot an ordinary user has no private namespaces.
-enter() { # ROOT USER SCRIPT
+# Runs it in the clone. The root replaces the machine's: in a chroot an ordinary user has no private
+# namespaces.
+enter() { # ROOT USER COMMAND...
     # shellcheck disable=SC2016
     unshare --mount --pid --uts --fork --kill-child sh -ec '
-        root=$1 user=$2 script=$3
+        root=$1 user=$2 && shift 2
         mount --rbind "$root" "$root"
         cd "$root"
         cp /etc/resolv.conf /etc/hosts etc
@@ -78,13 +97,14 @@ enter() { # ROOT USER SCRIPT
         pivot_root . old
         cd /
         umount --lazy /old
-        runuser --login "$user" --command "sh -s \"$script\"" <<"END" || exit
+        runuser --login "$user" --command "sh -s $*" <<"END" || exit
 checkout="/tmp/$(id -un) é/libaux"
 [ -e "$checkout" ] || git clone --quiet /libaux.bundle "$checkout"
-git -C "$checkout" fetch --quiet /libaux.bundle HEAD
-git -C "$checkout" checkout --quiet FETCH_HEAD
+cd "$checkout"
+git fetch --quiet /libaux.bundle HEAD
+git checkout --quiet FETCH_HEAD
 export LANG=de_DE.UTF-8 TMPDIR=/var/tmp
-exec "$checkout/scripts/$1"
+exec "$@"
 END' sh "$@"
 }
 

@@ -4,7 +4,9 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=${1:-dev}
-scripts/bootstrap
+qt=()
+[[ $preset != qt6* ]] || qt=(qt6-base-dev)
+scripts/bootstrap "${qt[@]}"
 cmake --preset "$preset"
 cmake --build --preset "$preset"
 log=build/$preset/tests.log
