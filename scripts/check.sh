@@ -10,6 +10,6 @@ scripts/check-includes
 scripts/test-share
 cmake --preset ci
 cmake --build --preset ci # generated sources
-run-clang-tidy -quiet -p build/ci "$PWD/(src|tests|tools|bench)/.*\.cpp\$"
+run-clang-tidy -quiet -p build/ci "$PWD/(src|tests|tools|bench|docs)/.*\.cpp\$"
 cmake --preset odr
 cmake --build --preset odr

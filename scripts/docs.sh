@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# Builds the API reference from the public headers; a warning is an error.
+# Builds the API reference from the public headers, their examples and the pages of docs; a warning, a
+# dead link or a function without an example is an error: docs.sh [DIRECTORY]
 set -euo pipefail
+AUX_OUTPUT=$(realpath -m -- "${1:-build/docs}")
 cd "$(dirname "$0")/.."
-scripts/bootstrap doxygen
+scripts/bootstrap doxygen graphviz
 AUX_VERSION=$(sed -n 's/^project(libaux VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
-AUX_OUTPUT=build/docs
 export AUX_VERSION AUX_OUTPUT
+rm -rf "$AUX_OUTPUT"
 mkdir -p "$AUX_OUTPUT"
 doxygen docs/Doxyfile
+scripts/check-reference "$AUX_OUTPUT"
 echo "$AUX_OUTPUT/html/index.html"

@@ -67,7 +67,7 @@ enum class SettingsCode : int {
     DatahandlingUsbkeyclear = 42,                ///< QString
 };
 
-/// Makes a setting a key of QHash.
+/// Makes a setting a key of QHash. @shown{settings,keys}
 inline uint qHash(SettingsCode code, uint seed = 0) noexcept
 {
     return ::qHash(static_cast<int>(code), seed);
@@ -83,7 +83,7 @@ enum class SettingsArea : int {
     Mode = 4,        ///< the three operating modes
 };
 
-/// Makes an area a key of QHash.
+/// Makes an area a key of QHash. @shown{settings,keys}
 inline uint qHash(SettingsArea area, uint seed = 0) noexcept
 {
     return ::qHash(static_cast<int>(area), seed);
@@ -96,15 +96,7 @@ struct ChangeState {
 };
 
 /// Reads and writes the settings of the terminal, and commits or rolls back a group of them.
-///
-///     QCoreApplication::setOrganizationName("organisation"); // with the application's name, this
-///     QCoreApplication::setApplicationName("terminal");      // names the file
-///     aux::Configuration configuration;
-///     configuration.init();
-///     configuration.setValue(aux::SettingsCode::NetworkDataport, 8080U);
-///     if (configuration.changed(aux::SettingsArea::Network).anyChanged)
-///         userAgrees() ? configuration.commit()
-///                      : configuration.rollback(aux::SettingsArea::Network);
+/// @shown{settings,tryOut}
 ///
 /// The settings live in one JSON file, "/data/config/<organisation>/<application>.JSON", which is
 /// read and written through QSettings: after init() a default-constructed QSettings of the
@@ -149,40 +141,41 @@ public:
     /// "/data/config", removes a lock that nobody holds, and takes the first snapshot.
     ///
     /// To be called once, before all operations that don't say otherwise. A second call does
-    /// nothing but write the debug line `init : already initialized`.
+    /// nothing but write the debug line `init : already initialized`. @shown{settings,open}
     void init();
 
     /// Returns the setting's value, its default where the file has none.
     ///
     /// A number read from the file is an int, also that of an unsigned setting as soon as it is
     /// written; one that does not fit an int, or is no whole number, is 0. Invalid for an unknown
-    /// code (Qt warns of the empty key), and before init().
+    /// code (Qt warns of the empty key), and before init(). @shown{settings,read}
     QVariant getValue(SettingsCode code) const;
 
     /// Writes the setting to the file.
     ///
     /// The value must be of exactly the setting's type: for an unsigned setting an int is refused.
     /// Else nothing is written but the debug line `setValue : type mismatch`. A number from 2^31 on
-    /// is in the file, and is read, as the negative one that is 2^32 less.
+    /// is in the file, and is read, as the negative one that is 2^32 less. @shown{settings,write}
     void setValue(SettingsCode code, const QVariant &value);
 
-    /// Returns the path of the settings file; null before init().
+    /// Returns the path of the settings file; null before init(). @shown{settings,open}
     QString getFileName() const;
     /// Returns the text under "version" in the file, empty where there is none. Also before
-    /// init(), from the QSettings that the process then has.
+    /// init(), from the QSettings that the process then has. @shown{settings,state}
     QString getVersion() const;
-    /// Returns the number of commits counted in the file; 0 before init().
+    /// Returns the number of commits counted in the file; 0 before init(). @shown{settings,state}
     int getChangeCounter() const;
     /// Writes what is pending after a failed write, and what other QSettings objects of the process
     /// have not yet written. Also before init(), for the QSettings that the process then has.
+    /// @shown{settings,sync}
     void sync();
-    /// Returns whether a pass phrase is set; false before init().
+    /// Returns whether a pass phrase is set; false before init(). @shown{settings,state}
     bool isToolsConfigured() const;
     /// Returns the USB devices that are taken for crypto devices, each as "vendor:product"
     /// (DataHelper::vIdpIdListFromString). Also before init().
     ///
     /// Empty for a malformed list, with the debug line
-    /// `getCryptoVidPidList : invalid vendor:product id list`.
+    /// `getCryptoVidPidList : invalid vendor:product id list`. @shown{settings,cryptoDevice}
     QStringList getCryptoVidPidList() const;
 
     /// @name Changes
@@ -190,15 +183,16 @@ public:
     /// debug line.
     /// @{
 
-    /// Takes a new snapshot of the file.
+    /// Takes a new snapshot of the file. @shown{settings,tryOut}
     void snapshot();
     /// Writes the values of the snapshot back to the file, for every setting of the area.
+    /// @shown{settings,tryOut}
     void rollback(SettingsArea area);
     /// Compares the area's settings in the file with the snapshot. Values are compared, not their
-    /// types. The debug line of this one is `_changed : not initialized`.
+    /// types. The debug line of this one is `_changed : not initialized`. @shown{settings,tryOut}
     ChangeState changed(SettingsArea area) const;
     /// Where any setting differs from the snapshot, counts one commit in the file and takes a new
-    /// snapshot; else does nothing.
+    /// snapshot; else does nothing. @shown{settings,tryOut}
     void commit();
     /// @}
 
@@ -217,6 +211,7 @@ public:
     /// - 10002 "Invalid config file. GPG Key invalid size"
     /// - 10002 "USB VID:PID list syntax error": the error of DataHelper::vIdpIdListFromString
     /// - 10002 "All operating modes disabled. At least one mode must be enabled."
+    /// @shown{settings,validate}
     static Error validateConfigFile(const QString &fileName);
 
     /// Finds everything that is wrong with a file, read like by validateConfigFile but without any
@@ -229,6 +224,7 @@ public:
     /// - 10002 "Wrong type of <key path>, expected <what it may be>"
     /// - 10002 "Not readable as JSON: <reason>", alone; where it is a syntax error the reason
     ///   begins with "line <number>, column <number>: ", counted from 1, where it was noticed
+    /// @shown{settings,faults}
     static Error findConfigFileFaults(const QString &fileName);
 
     /// Takes a file into use: checks it and writes all of its settings to the settings file at
@@ -243,7 +239,7 @@ public:
     /// "applyConfigFile: Failed to write to output file",
     /// "applyConfigFile: Failed to open file for writing" or, of the settings file,
     /// "applyConfigFile: Failed to open file for reading", and before init() with 10001
-    /// "applyConfigFile: not initialized", which is a debug line too.
+    /// "applyConfigFile: not initialized", which is a debug line too. @shown{settings,apply}
     Error applyConfigFile(const QString &fileName);
 
     /// Writes all settings, those that have their defaults too, to a file that applyConfigFile
@@ -255,7 +251,7 @@ public:
     /// "writeConfigFile: Failed to open file for writing",
     /// "writeConfigFile: Failed to write to output file",
     /// "writeConfigFile: Failed to open file for reading" (the settings file), and before init()
-    /// "writeConfigFile: not initialized", which is a debug line too.
+    /// "writeConfigFile: not initialized", which is a debug line too. @shown{settings,keep}
     Error writeConfigFile(const QString &fileName) const;
 
     /// Takes the settings of an area out of the settings file, so that they have their defaults,
@@ -264,7 +260,7 @@ public:
     /// @fails with 10001 "resetToDefaults: Failed to write to output file",
     /// "resetToDefaults: Failed to open file for writing",
     /// "resetToDefaults: Failed to open file for reading", and before init()
-    /// "resetToDefaults: not initialized", which is a debug line too.
+    /// "resetToDefaults: not initialized", which is a debug line too. @shown{settings,keep}
     Error resetToDefaults(SettingsArea area);
 
 private:

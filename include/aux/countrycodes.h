@@ -11,8 +11,6 @@ namespace aux
 
 /// Names the state that issued a tachograph card or registered a vehicle.
 ///
-///     QString code = aux::CountryCodes::countryCodeFromStateID(13); // "D"
-///
 /// *Guarantees*: reads a constant table; any thread, never blocks, never fails.
 class AUX_EXPORT CountryCodes
 {
@@ -24,6 +22,7 @@ public:
     ///
     /// Ids 0 to 52 and 253 to 255 are assigned; 0, "no information", is three blanks. Every other
     /// id, also one outside a byte, gives "UNK". Never null, never empty.
+    /// @shown{codes,country}
     static QString countryCodeFromStateID(int stateId);
 };
 

@@ -18,14 +18,7 @@ namespace aux
 
 /// Packs files into verified containers and unpacks them, reads USB id lists, hides keys behind a
 /// pass phrase, and encrypts and signs files with OpenPGP.
-///
-///     using aux::DataHelper;
-///     aux::Error error = DataHelper::packFileToBinContainer(file, DataHelper::ZEL_FILE_TYPE::DDDF,
-///                                                           container);
-///     ...
-///     auto type = DataHelper::ZEL_FILE_TYPE::Unknown;
-///     QString path; // empty: use the name stored in the container
-///     error = DataHelper::unpackFileFromBinContainer(container, type, directory, path);
+/// @shown{containers,unpack}
 ///
 /// A container is one file: a magic that names the payload's type, the payload's SHA-256 digest,
 /// its file name, its length and the payload itself.
@@ -59,7 +52,7 @@ public:
         QDateTime time;      ///< as the signer's clock said, in UTC
     };
 
-    /// Makes a type a key of QHash.
+    /// Makes a type a key of QHash. @shown{containers,types}
     friend uint qHash(ZEL_FILE_TYPE type, uint seed = 0) noexcept
     {
         return ::qHash(static_cast<int>(type), seed);
@@ -82,7 +75,7 @@ public:
     ///   size meanwhile
     /// - the error of FsHelper::generateChecksum, which also goes to the debug log.
     ///
-    /// Every failure after `outFile` was opened removes it.
+    /// Every failure after `outFile` was opened removes it. @shown{containers,pack}
     static Error packFileToBinContainer(const QString &inFile, ZEL_FILE_TYPE type,
                                         const QString &outFile);
 
@@ -103,7 +96,7 @@ public:
     /// - "unpackFileFromBinContainer: Failed to write to output file"; the output is removed
     /// - "unpackFileFromBinContainer: SHA256sum check failed"; the output deliberately stays
     /// - the error of FsHelper::generateChecksum, which also goes to the debug log; the output
-    ///   stays.
+    ///   stays. @shown{containers,unpack}
     static Error unpackFileFromBinContainer(const QString &inFile, ZEL_FILE_TYPE &type,
                                             const QString &outDir, QString &outFile);
 
@@ -116,7 +109,7 @@ public:
     ///
     /// @fails with 10002 "USB VID:PID list syntax error", and then leaves `list` as
     /// it was, where an entry is no pair; a ";" at the end makes an empty entry. Neither blocks
-    /// nor writes debug lines.
+    /// nor writes debug lines. @shown{containers,usbIds}
     static Error vIdpIdListFromString(const QString &text, QStringList &list);
 
     /// @name Keys behind a pass phrase
@@ -127,17 +120,18 @@ public:
     /// @{
 
     /// Returns data XOR key, the key repeated as often as need be; an empty key returns the data.
+    /// @shown{keys,xor}
     static QByteArray xorByteArray(const QByteArray &data, const QByteArray &key);
     /// Returns the key XOR the UTF-8 bytes of the pass phrase as base64 (RFC 4648) in one line,
     /// the form of the setting "/crypto/gpgkey"; empty on failure and for an empty key.
     ///
-    /// @fails with 10001 "encryptKeyB64: pass phrase is empty".
+    /// @fails with 10001 "encryptKeyB64: pass phrase is empty". @shown{keys,hide}
     [[nodiscard]] static std::pair<Error, QString> encryptKeyB64(const QByteArray &key,
                                                                  const QString &passPhrase);
     /// Returns the key of a text that encryptKeyB64 made; empty on failure.
     ///
     /// @fails with 10001 and "decryptKeyB64: pass phrase is empty" or "decryptKeyB64: key is not
-    /// base64": also where the text has blanks, line breaks or no padding.
+    /// base64": also where the text has blanks, line breaks or no padding. @shown{keys,show}
     [[nodiscard]] static std::pair<Error, QByteArray> decryptKeyB64(const QString &keyB64,
                                                                     const QString &passPhrase);
     /// Writes the key of a text that encryptKeyB64 made to a new file in the location Tmp, which
@@ -146,6 +140,7 @@ public:
     ///
     /// @fails with 10001, the reasons of decryptKeyB64 behind "decryptKeyB64StoreToTemp: ", and
     /// "decryptKeyB64StoreToTemp: Failed to write to output file"; nothing is left then.
+    /// @shown{keys,import}
     [[nodiscard]] static std::pair<Error, QString>
     decryptKeyB64StoreToTemp(const QString &keyB64, const QString &passPhrase);
     /// @}
@@ -172,11 +167,11 @@ public:
     ///   or its directory cannot be read
     /// - "Failed to write to output file": the storage is full or broken
     /// - "base64 cannot be started", "base64 did not end in time", "base64 was killed"
-    /// - "input is not base64", "base64 failed".
+    /// - "input is not base64", "base64 failed". @shown{keys,base64Either}
     static Error base64(const QString &inFile, const QString &outFile, bool decode);
-    /// Is base64() that encodes, also in its failures.
+    /// Is base64() that encodes, also in its failures. @shown{keys,base64}
     static Error base64encode(const QString &inFile, const QString &outFile);
-    /// Is base64() that decodes, also in its failures.
+    /// Is base64() that decodes, also in its failures. @shown{keys,base64}
     static Error base64decode(const QString &inFile, const QString &outFile);
 
     /// Makes the temporary keyring anew and imports the key of a file, armoured or binary, with the
@@ -204,7 +199,7 @@ public:
     /// - "gpg-agent cannot be ended".
     ///
     /// A file that cannot be read leaves an imported key as it is, and so does a keyring that
-    /// cannot be removed; after any other failure there is none.
+    /// cannot be removed; after any other failure there is none. @shown{openpgp,encrypt}
     static Error importKeypairGPG(const QString &keyFile);
     /// Encrypts a file to the imported key: a binary OpenPGP message (RFC 4880) that does not hold
     /// the file's name.
@@ -216,7 +211,7 @@ public:
     /// - "no room in /tmp/gpg-temp-keyring", "/tmp/gpg-temp-keyring is in use"
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
     /// - "key has expired", "key is revoked", "key is not valid", "key cannot encrypt"
-    /// - "key was made after what the clock says now".
+    /// - "key was made after what the clock says now". @shown{openpgp,encrypt}
     static Error encryptFileGPG(const QString &inFile, const QString &outFile);
     /// Decrypts a message with the imported key; an empty pass phrase for a key without one. A key
     /// that has expired or was revoked still decrypts. What a message decrypts to leaves 64 MiB of
@@ -235,7 +230,7 @@ public:
     ///   public key was imported
     /// - "message is damaged or was tampered with": also where it is cut off
     /// - "signature of the message cannot be verified": such messages the one below takes
-    /// - "input is no encrypted message".
+    /// - "input is no encrypted message". @shown{openpgp,decrypt}
     static Error decryptFileGPG(const QString &inFile, const QString &outFile,
                                 const QString &passPhrase);
     /// Decrypts a message that is also signed, and verifies it as verifyFileGPG does, with the keys
@@ -245,7 +240,7 @@ public:
     /// @fails with 10001, "decryptFileGPG: " and
     /// - those of the other decryptFileGPG
     /// - those of verifyFileGPG, but for the files that it reads beside the keyring
-    /// - "message is not signed".
+    /// - "message is not signed". @shown{openpgp,decryptSigned}
     static std::pair<Error, Signature> decryptFileGPG(const QString &inFile, const QString &outFile,
                                                       const QString &passPhrase,
                                                       const QString &keyringFile);
@@ -255,7 +250,7 @@ public:
     /// - those of encryptFileGPG, but for "key cannot encrypt"
     /// - those of decryptFileGPG on the pass phrase
     /// - "key cannot sign"
-    /// - "no secret key to sign with": only the public key was imported.
+    /// - "no secret key to sign with": only the public key was imported. @shown{openpgp,sign}
     static Error signFileGPG(const QString &file, const QString &signatureFile,
                              const QString &passPhrase);
     /// Verifies a detached OpenPGP signature over a file, by a key of a file of trusted public keys
@@ -283,6 +278,7 @@ public:
     ///   which makes it none that is trusted for gpgv 2.4, or is younger than the signature
     /// - "signature was made after what the clock says now": also where the key was
     /// - "gpgv failed", "gpgv cannot be started", "gpgv did not end in time", "gpgv was killed".
+    /// @shown{openpgp,verify}
     static std::pair<Error, Signature>
     verifyFileGPG(const QString &file, const QString &signatureFile, const QString &keyringFile);
     /// Removes the temporary keyring and ends what runs on it; no keyring is success.
@@ -291,6 +287,7 @@ public:
     /// - "/tmp/gpg-temp-keyring is not this program's own directory"
     /// - "/tmp/gpg-temp-keyring is in use"
     /// - "/tmp/gpg-temp-keyring cannot be removed", "gpg-agent cannot be ended".
+    /// @shown{openpgp,encrypt}
     static Error removeKeypairGPG();
     /// @}
 };

@@ -11,6 +11,7 @@
 #include <list>
 #include <utility>
 
+/// The support library of an embedded data terminal.
 namespace aux
 {
 
@@ -31,6 +32,7 @@ class AUX_EXPORT ErrorData
 {
 public:
     /// Takes both strings over; the arguments are left null.
+    /// @shown{errors,extraData}
     ErrorData(QString &&domain, QString &&msg, unsigned int id)
         : m_domain(std::move(domain)), m_msg(std::move(msg)), m_id(id)
     {
@@ -38,6 +40,7 @@ public:
 
     /// @{
     /// What the entry was made from.
+    /// @shown{errors,explain}
     const QString &getDomain() const { return m_domain; }
     const QString &getMsg() const { return m_msg; }
     unsigned int getId() const { return m_id; }
@@ -53,13 +56,7 @@ class [[nodiscard]] Error;
 
 /// The outcome of an operation: empty for success, else a chain of entries from the cause to the
 /// operation that gave up.
-///
-///     aux::Error error = aux::FsHelper::fileMove(from, to, name, checksum, true, {});
-///     if (error.hasError()) {
-///         for (const auto &entry : error) // newest first
-///             report(entry.getId(), entry.getMsg());
-///         return aux::Error(aux::ErrorData("upload", "not archived", 7)) << std::move(error);
-///     }
+/// @shown{errors,passOn}
 ///
 /// *Guarantees*: a plain value without locks, owned by one thread at a time; nothing here blocks
 /// or touches the outside. Whoever ignores a returned Error gets a compiler warning. An error may
@@ -73,6 +70,7 @@ public:
     /// Success.
     Error() = default;
     /// A failure with exactly this entry. Implicit, so that an operation can return its entry.
+    /// @shown{errors,passOn}
     Error(ErrorData data);
 
     /// Copies the entries and the extra data.
@@ -88,21 +86,26 @@ public:
 
     /// Appends the other's entries without copying them and leaves it none; the two extra data
     /// change places. An error moved onto itself stays as it is.
+    /// @shown{errors,passOn}
     Error &operator<<(Error &&other) noexcept;
     /// Appends copies of the other's entries and takes its extra data, also a null one.
+    /// @shown{errors,collect}
     Error &operator<<(const Error &other);
 
     /// True exactly when there is an entry; extra data alone is no failure.
+    /// @shown{errors,decide}
     bool hasError() const noexcept { return !m_entries.empty(); }
 
     /// @{
     /// Iterates from the newest entry to the oldest.
+    /// @shown{errors,explain}
     const_iterator begin() const noexcept { return m_entries.rbegin(); }
     const_iterator end() const noexcept { return m_entries.rend(); }
     /// @}
 
     /// @{
     /// Domain, message and id of the newest entry; only where hasError().
+    /// @shown{errors,decide}
     const QString &getDomain() const { return begin()->getDomain(); }
     const QString &getMsg() const { return begin()->getMsg(); }
     unsigned int getId() const { return begin()->getId(); }
@@ -112,6 +115,7 @@ public:
     /// Free text attached to the whole error; null until it is set. An error of libaux that the
     /// system caused has the cause here: what it is about, a colon, a blank and the explanation, as
     /// in "/data/zel/rk4/new/x.bin: No space left on device".
+    /// @shown{errors,extraData} @shown{errors,explain}
     void setExtraData(const QString &extraData) { m_extraData = extraData; }
     const QString &getExtraData() const { return m_extraData; }
     /// @}
@@ -122,15 +126,19 @@ private:
 };
 
 /// Writes domain, message and id the way QDebug writes two strings and a number: `"d" "m" 1`.
+/// @shown{errors,printEntry}
 AUX_EXPORT QDebug operator<<(QDebug debug, const ErrorData &data);
 /// Writes one line per entry, newest first, each indented deeper than the one before. Nothing for
 /// success.
+/// @shown{errors,print}
 AUX_EXPORT QDebug operator<<(QDebug debug, const Error &error);
 
 /// Writes `domain message id` in UTF-8, whatever the stream's number format is.
+/// @shown{errors,printEntry}
 AUX_EXPORT std::ostream &operator<<(std::ostream &stream, const ErrorData &data);
 /// Writes the entries newest first, entry k indented by 2k blanks, no line feed after the last.
 /// Nothing for success.
+/// @shown{errors,print}
 AUX_EXPORT std::ostream &operator<<(std::ostream &stream, const Error &error);
 
 } // namespace aux

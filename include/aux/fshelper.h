@@ -29,19 +29,14 @@ enum class DirLocation : int {
 };
 
 /// Makes a location a key of QHash.
+/// @shown{files,keys}
 inline uint qHash(DirLocation location, uint seed = 0) noexcept
 {
     return ::qHash(static_cast<int>(location), seed);
 }
 
 /// Names, lists, checks and moves the files in the terminal's data directories.
-///
-///     const QString path = aux::FsHelper::createUniqueFileName(aux::DirLocation::New);
-///     // ... write the file ...
-///     const auto [error, checksum] = aux::FsHelper::generateChecksum(path);
-///     if (!error.hasError())
-///         return aux::FsHelper::fileMove(aux::DirLocation::New, aux::DirLocation::Archive, path,
-///                                        checksum, true, {});
+/// @shown{files,move}
 ///
 /// *Guarantees*: no state; any thread may call. Nothing here waits for anything but the storage,
 /// and a move that finds a duplicate for those of other processes and threads that do: they take
@@ -62,10 +57,13 @@ public:
 
     /// Returns the location's name, that of its enumerator in lower case; "<invalid>" for
     /// everything else.
+    /// @shown{files,name}
     static QString dirLocationToString(DirLocation location);
     /// Returns the location of exactly this name (upper and lower case differ), else Invalid.
+    /// @shown{files,name}
     static DirLocation dirLocationFromString(const QString &name);
     /// Returns the location's path without a separator at its end; null for an invalid location.
+    /// @shown{files,locations}
     static QString dirLocationToFullPath(DirLocation location);
     /// Returns the location of the directory that holds the given file, which is everything before
     /// the last "/"; Invalid where that is no location.
@@ -73,17 +71,23 @@ public:
     /// A directory's own path yields the location of its parent. Files in the failed directory
     /// yield Invalid: that location is deliberately not found this way. The temporary directory
     /// is the one the process had when the library was loaded.
+    /// @shown{files,name}
     static DirLocation dirLocationFromFullPath(const QString &filePath);
     /// Returns the location's path, "/" and the name, unchanged and unchecked.
+    /// @shown{files,name}
     static QString createPathName(DirLocation location, const QString &fileName);
     /// Returns a path for a new data file: "rk4-", a random UUID and ".bin". Creates nothing.
+    /// @shown{files,move}
     static QString createUniqueFileName(DirLocation location);
     /// Returns the path of the public OpenPGP key, "gpg_public.zelgpg", beside the given file.
+    /// @shown{files,companions}
     static QString createGpgKeyFileName(const QString &filePath);
     /// Returns the path of the background image, "background.img", beside the given file.
+    /// @shown{files,companions}
     static QString createBackgroundImageFileName(const QString &filePath);
     /// Returns "file://" and the path of the background image beside the given file where it
     /// exists, else the address of the built-in image (a "qrc:" resource of the application).
+    /// @shown{files,background}
     static QString getBackgroundImageSource(const QString &filePath);
     /// @}
 
@@ -95,12 +99,15 @@ public:
     ///
     /// @fails with 10001 "FileHelper: directory does not exist", also for an invalid location and
     /// for a directory that cannot be read.
+    /// @shown{files,list}
     [[nodiscard]] static std::pair<Error, QStringList> createDirList(DirLocation location);
     /// Counts what createDirList lists, in constant memory; its failures, with a count of 0.
+    /// @shown{files,count}
     [[nodiscard]] static std::pair<Error, int> getNumberOfDirEntries(DirLocation location);
     /// Returns whether the calling user may write at least so many more bytes, 0 or more, to the
     /// location's file system. False when that cannot be told. An invalid location stands for the
     /// current directory.
+    /// @shown{files,room}
     static bool checkFreeSpace(DirLocation location, qint64 bytes);
     /// Removes all locations but the data root and the temporary directory (a factory reset), with
     /// everything in them: names in any bytes, any depth, links without following them. Nothing
@@ -114,6 +121,7 @@ public:
     /// @fails with 10001 "Internal error: could not remove data directory". Deliberately only the
     /// last directory that exists decides: an earlier one that could not be removed is not
     /// reported when a later one was.
+    /// @shown{files,reset}
     static Error removeEntireDataDir();
     /// @}
 
@@ -129,6 +137,7 @@ public:
     /// - "Internal error: path cannot be read": the medium fails, or the file is shorter than its
     ///   size, as those of sysfs are
     /// - "Internal error: could not calculate checksum": the system's libgcrypt has no SHA-256.
+    /// @shown{files,move}
     [[nodiscard]] static std::pair<Error, QString> generateChecksum(const QString &filePath);
     /// Returns whether the file exists and has exactly this checksum; upper-case text never
     /// matches.
@@ -136,6 +145,7 @@ public:
     /// The reason for a false goes to the debug log as "validateChecksum" and one of
     /// ": invalid path parameter", ": invalid checksum parameter", ": path does not exist",
     /// ": checksum mismatch", or ": " and the error of generateChecksum.
+    /// @shown{files,checksum}
     static bool validateChecksum(const QString &filePath, const QString &checksum);
     /// @}
 
@@ -165,6 +175,7 @@ public:
     /// Blocks while checksums are read, while another duplicate is removed, and until everything is
     /// flushed. A mover that is killed ends its turn. Failed checks write the lines of
     /// validateChecksum.
+    /// @shown{files,move}
     static Error fileMove(DirLocation from, DirLocation to, const QString &fileName,
                           const QString &checksum, bool checkChecksum, const QString &newFileName);
 };

@@ -17,16 +17,7 @@ namespace aux
 {
 
 /// Sets the terminal's clock, runs its Wi-Fi daemon and tells what its network links are worth.
-///
-///     aux::Error error = aux::SystemHelper::wpaSupplicantStart();
-///     if (error.hasError())
-///         return error;
-///     const auto [refused, daemon] = aux::SystemHelper::wpaSupplicantConnect();
-///     if (refused.hasError())
-///         return refused;
-///     for (const auto &network : aux::SystemHelper::wpaNetworkScan(daemon))
-///         offer(network.essid, network.quality);
-///     return aux::SystemHelper::wpaSupplicantDisconnect(daemon);
+/// @shown{system,scan}
 ///
 /// *Guarantees*: what the daemon is doing is looked up each time. Any thread may call, several may
 /// connect at once; a control handle belongs to one thread at a time. A null handle is safe
@@ -59,12 +50,14 @@ public:
     /// Where the clock cannot be set, the hardware clock stays as well and the meaning of the
     /// errno goes to the debug log (EFAULT, EINVAL and EPERM have one). An invalid time counts as
     /// EINVAL: "Timezone (or something else) is invalid."
+    /// @shown{system,setTime}
     static void setSystemTime(const QDateTime &time);
     /// Remounts a file system read-only, once, without a sync before it. Does nothing for an empty
     /// mount point. Blocks while "/bin/mount" runs.
     ///
     /// The mount point goes to the shell as it is: give plain paths, and none from outside. The
     /// command goes to the debug log after "remountReadOnly" and ": trying: ".
+    /// @shown{system,remount}
     static void remountReadOnly(const QString &mountPoint);
     /// @}
 
@@ -78,26 +71,31 @@ public:
     ///
     /// @fails with "SystemHelper: cannot start wpa_supplicant, control socket already exists", also
     /// for a stale one, or "SystemHelper: cannot start wpa_supplicant".
+    /// @shown{system,start}
     static Error wpaSupplicantStart();
     /// Asks the daemon to end, and does not wait for it.
     ///
     /// @fails with "SystemHelper: cannot stop wpa_supplicant, control socket does not exist" or
     /// "SystemHelper: cannot stop wpa_supplicant".
+    /// @shown{system,stop}
     static Error wpaSupplicantStop();
     /// Kills every wpa_supplicant of the system (SIGKILL) and removes the control socket.
     ///
     /// @fails with "SystemHelper: wpa_supplicant not killed", also where none runs; then a stale
     /// control socket deliberately stays.
+    /// @shown{system,start}
     static Error wpaSupplicantForceKill();
     /// Opens a control connection and registers it for the daemon's events. The handle is the
     /// caller's, to be given back with wpaSupplicantDisconnect; null on failure.
     ///
     /// @fails with "SystemHelper: cannot open wpa_supplicant control interface" or
     /// "SystemHelper: cannot attach to wpa_supplicant control interface". One request.
+    /// @shown{system,scan}
     [[nodiscard]] static std::pair<Error, wpa_ctrl *> wpaSupplicantConnect();
     /// Closes a control connection, which is one request; the handle is invalid afterwards. Never
     /// fails; for null the debug log says "wpaSupplicantDisconnect" and
     /// ": wpa control handle is NULL".
+    /// @shown{system,scan}
     static Error wpaSupplicantDisconnect(wpa_ctrl *ctrl);
     /// @}
 
@@ -118,6 +116,7 @@ public:
     /// ": line parse error, skipping: ", ": empty ESSID, skipping: ",
     /// ": ESSID contains all-whitespace, skipping: ",
     /// ": ESSID has implausible signal level, skipping: " (below -120, 0 or above, no number).
+    /// @shown{system,scan}
     static QVector<WifiInfo> wpaNetworkScan(wpa_ctrl *ctrl);
     /// Returns the quality of the current link, as wpaNetworkScan grades it, and whether wlan0 is
     /// connected. An implausible level gives 4; without connection or level the quality is 0. One
@@ -125,6 +124,7 @@ public:
     ///
     /// Writes the lines of ifaceIsConnected and the level's; and as "wpaNetworkStatus"
     /// ": wpa control handle is NULL" or (deliberately in these words) ": scan request failed".
+    /// @shown{system,status}
     static std::pair<int, bool> wpaNetworkStatus(wpa_ctrl *ctrl);
     /// @}
 
@@ -137,8 +137,10 @@ public:
     /// The debug log says "ifaceIsConnected", the interface and ": carrier and up", ": no carrier"
     /// (also while the interface is set down) or ": not up"; or ": sysfs entry missing: " and the
     /// interface's directory, or ": error opening sysfs entry for" and the interface.
+    /// @shown{system,link}
     static bool ifaceIsConnected(const QString &iface);
     /// ifaceIsConnected for the wired interface, eth0.
+    /// @shown{system,link}
     static bool lanNetworkStatus();
     /// @}
 };

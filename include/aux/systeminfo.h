@@ -12,13 +12,7 @@ namespace aux
 {
 
 /// Tells who the terminal is and how it is connected.
-///
-///     aux::Error error = aux::SystemInfo::loadSerialNumber(); // once, at start-up
-///     if (error.hasError())
-///         return error;
-///     QJsonObject report = aux::SystemInfo::getNetworkInfo("eth0");
-///     report.insert("serial", aux::SystemInfo::getSerialNumber());
-///     report.insert("wlanMac", aux::SystemInfo::getWifiMac());
+/// @shown{system,identity}
 ///
 /// *Guarantees*: reads only, and changes nothing on the terminal. Any thread may call. Only
 /// isTouchscreenDetected runs a program or waits, for two seconds at most. Serial number and
@@ -33,6 +27,7 @@ public:
     /// @{
 
     /// Returns the serial number; empty until loadSerialNumber has run.
+    /// @shown{system,identity}
     static const QString &getSerialNumber();
     /// Takes the Ethernet address, without its colons, for the serial number. Does nothing once
     /// there is a serial number, be it the substitute.
@@ -40,11 +35,13 @@ public:
     /// @fails as loadEthernetMac does, and then leaves the serial number empty; or with 10001
     /// "SystemInfo: invalid serial number format" where the address has fewer than 5 digits, and
     /// then makes "000000000000" the serial number.
+    /// @shown{system,identify}
     static Error loadSerialNumber();
     /// Remembers the hardware address of the first Ethernet interface in the system's order, up or
     /// not, whatever its name. Does nothing once there is an address.
     ///
     /// @fails with 10001 "SystemInfo: cannot find ethernet hardware address".
+    /// @shown{system,identify}
     static Error loadEthernetMac();
     /// Returns the Wi-Fi address that belongs to the Ethernet address: its fourth octet plus one,
     /// in upper case. Empty unless loadSerialNumber has succeeded.
@@ -53,9 +50,11 @@ public:
     /// still stand after every second digit. The reason for an empty result goes to the debug log
     /// as "getWifiMac" and one of ": empty eth mac address", ": eth mac address incorrect length",
     /// ": eth mac address bytes inconvertible" or ": eth mac address bytes not in range" (FF).
+    /// @shown{system,identity}
     static const QString &getWifiMac();
     /// Returns the version of this library, four numbers with dots between. That of the library
     /// which a program was compiled with is AUX_VERSION_TEXT of aux/version.h.
+    /// @shown{system,identity}
     static const QString &getVersion();
     /// Reads the build id of the board support package, the text of "/etc/build_id" without the
     /// white space around it; the file must be smaller than 20 bytes.
@@ -64,6 +63,7 @@ public:
     /// ": build id file does not exist", ": build id file exceeds size limit" or
     /// ": cannot open build id file". The reference stays good for the calling thread until its
     /// next call.
+    /// @shown{system,identity}
     static const QString &getBspId();
     /// @}
 
@@ -82,14 +82,17 @@ public:
     /// `iface` names the interface in use: "active" is "eth" for "eth0" while the Ethernet
     /// interface is up, "wlan" for "wlan0" while the Wi-Fi interface is up, else "none".
     /// Deliberately the name is compared with these two, not with that of the interface described.
+    /// @shown{system,network}
     static QJsonObject getNetworkInfo(const QString &iface);
     /// Returns the first IPv4 address of an Ethernet or Wi-Fi interface that is up; empty if none.
     ///
     /// Deliberately, where several interfaces have one, it is that of the last interface in the
     /// system's order. The reference stays good for the calling thread until its next call.
+    /// @shown{system,network}
     static const QString &getFirstActiveNetworkIPv4();
     /// Returns the time now in UTC: "year", "month" 1..12, "day" 1..31, "hour" 0..23, "minute" and
     /// "second" as numbers.
+    /// @shown{system,clock}
     static QJsonObject getCurrentDateTimeUTCInfo();
     /// @}
 
@@ -101,6 +104,7 @@ public:
     /// "isTouchscreenDetected" and ": touch screen ident process failed" (missing, or an exit code
     /// other than 0) or ": touch screen not detected". A thread that blocks SIGCHLD or a process
     /// that ignores it changes nothing of this.
+    /// @shown{system,touchscreen}
     static bool isTouchscreenDetected();
 };
 
