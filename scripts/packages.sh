@@ -5,12 +5,16 @@ set -euo pipefail
 directory=$(realpath -m -- "$1")
 cd "$(dirname "$0")/.."
 scripts/bootstrap debhelper dpkg-dev
-work=$(mktemp -d)
+# A path without a blank: in another one dpkg leaves its name in what it builds.
+work=$(mktemp -d --tmpdir=/var/tmp)
 trap 'rm -rf "$work"' EXIT
 
-# dpkg-buildpackage leaves its results beside the sources.
+# dpkg-buildpackage leaves its results beside the sources. It keeps their modes, and times before that
+# of the version, and each checkout has its own.
 mkdir -p "$work/libaux" "$directory"
-git ls-files -z | tar --null --files-from=- -c | tar -C "$work/libaux" -x
+git ls-files -z |
+    tar -c --null --files-from=- --mode=u=rwX,go=rX --mtime="@$(dpkg-parsechangelog --show-field Timestamp)" |
+    tar -C "$work/libaux" -xp
 export DEB_BUILD_PROFILES=nocheck
 (cd "$work/libaux" && dpkg-buildpackage -us -uc) >"$directory/build.log" 2>&1 || {
     cat "$directory/build.log" >&2
