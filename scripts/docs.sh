@@ -4,7 +4,7 @@
 set -euo pipefail
 AUX_OUTPUT=$(realpath -m -- "${1:-build/docs}")
 cd "$(dirname "$0")/.."
-scripts/bootstrap doxygen graphviz
+type dot doxygen >/dev/null 2>&1 || scripts/bootstrap doxygen graphviz # a package is built without asking
 AUX_VERSION=$(sed -n 's/^project(libaux VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 export AUX_VERSION AUX_OUTPUT
 rm -rf "$AUX_OUTPUT"
