@@ -81,23 +81,9 @@ try() { # RELEASE QT USER
     echo "$skipped" >>"$directory/table"
 }
 
-# Runs it in the clone. The root replaces the machine's: in a chroot an ordinary user has no private
-# namespaces.
+# Runs it in the clone.
 enter() { # ROOT USER COMMAND...
-    # shellcheck disable=SC2016
-    unshare --mount --pid --uts --fork --kill-child sh -ec '
-        root=$1 user=$2 && shift 2
-        mount --rbind "$root" "$root"
-        cd "$root"
-        cp /etc/resolv.conf /etc/hosts etc
-        mount --rbind /dev dev
-        mount -t sysfs sysfs sys
-        mount -t proc proc proc
-        mkdir -p old
-        pivot_root . old
-        cd /
-        umount --lazy /old
-        runuser --login "$user" --command "sh -s $*" <<"END" || exit
+    scripts/in-root "$@" <<'END'
 checkout="/tmp/$(id -un) é/libaux"
 [ -e "$checkout" ] || git clone --quiet /libaux.bundle "$checkout"
 cd "$checkout"
@@ -105,7 +91,7 @@ git fetch --quiet /libaux.bundle HEAD
 git checkout --quiet FETCH_HEAD
 export LANG=de_DE.UTF-8 TMPDIR=/var/tmp
 exec "$@"
-END' sh "$@"
+END
 }
 
 main "$@"

@@ -38,7 +38,8 @@ make_root() {
     # shellcheck disable=SC2016
     "$checkout/scripts/debian-root" /dev/null --variant=minbase --format=null --include=xz-utils \
         --customize-hook="copy-in $(echo "$work"/*.deb "$work"/*.tar.xz) /root" \
-        --customize-hook='chroot "$1" sh -c "cd /root; tar -xf libaux_*.tar.xz; exec libaux*/tests/package.sh --inside"'
+        --customize-hook='chroot "$1" sh -c "cd /root; tar -xf libaux_*.tar.xz; exec libaux*/tests/package.sh --inside"' \
+        --customize-hook="'$checkout/scripts/in-root' \"\$1\" developer <'$checkout/debian/tests/kit'"
 }
 
 install() {
@@ -55,6 +56,9 @@ inside() {
     step "Build and run a program against libaux-dev"
     install g++ ../libaux-dev_*.deb pkg-config
     debian/tests/program
+    step "Build the example of libaux-kit as an ordinary user, and run it and its tests"
+    install cmake ../libaux-kit_*.deb
+    useradd --create-home --shell /bin/bash developer
 }
 
 if [ "${1:-}" = --inside ]; then

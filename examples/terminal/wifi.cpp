@@ -8,7 +8,7 @@ namespace
 
 std::pair<aux::Error, wpa_ctrl *> connectToDaemon()
 {
-    const auto connection = SystemHelper::wpaSupplicantConnect();
+    auto connection = SystemHelper::wpaSupplicantConnect();
     if (!connection.first.hasError())
         return connection;
     const aux::Error error = SystemHelper::wpaSupplicantStart();

@@ -18,16 +18,19 @@ int filesIn(DirLocation location)
     return FsHelper::getNumberOfDirEntries(location).second;
 }
 
+void gpg(const QStringList &arguments)
+{
+    const QStringList quietly{"--homedir", "/tmp", "--batch", "--quiet", "--passphrase", ""};
+    if (QProcess::execute("gpg", quietly + arguments) != 0)
+        qFatal("gpg has failed");
+}
+
 /// The key pair of a server, as a file.
 QString makeKeyPair()
 {
-    const QString file = "/tmp/pair.gpg";
-    const QStringList quietly{"--homedir", "/tmp", "--batch", "--quiet", "--passphrase", ""};
-    if (QProcess::execute("gpg", quietly + QStringList{"--quick-generate-key", "server",
-                                                       "future-default"}) != 0 ||
-        QProcess::execute("gpg", quietly + QStringList{"--output", file, "--export-secret-keys"}) !=
-            0)
-        qFatal("gpg makes no key pair");
+    QString file = "/tmp/pair.gpg";
+    gpg({"--quick-generate-key", "server", "future-default"});
+    gpg({"--output", file, "--export-secret-keys"});
     return file;
 }
 
@@ -42,6 +45,9 @@ QByteArray contentOf(const QString &path)
 class TestDispatch : public QObject
 {
     Q_OBJECT
+
+    const QString m_pair = makeKeyPair();
+    aux::Configuration m_configuration;
 
 private Q_SLOTS:
     void initTestCase()
@@ -80,10 +86,6 @@ private Q_SLOTS:
         QCOMPARE(error.getExtraData(), "/nowhere: No such file or directory");
         QCOMPARE(filesIn(DirLocation::New), 0);
     }
-
-private:
-    const QString m_pair = makeKeyPair();
-    aux::Configuration m_configuration;
 };
 
 QTEST_GUILESS_MAIN(TestDispatch)

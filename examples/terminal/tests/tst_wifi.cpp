@@ -11,15 +11,15 @@ private Q_SLOTS:
     /// Those of depot.conf, where the daemon does not run at first.
     void listsWhatIsInReach()
     {
-        const auto [error, networks] = networksInReach();
-        QVERIFY(!error.hasError());
-        QStringList names;
-        for (const auto &network : networks)
-            names += network.essid;
-        QCOMPARE(names, QStringList({"Depot", "Guests", "Yard 2"}));
+        for (const char *daemon : {"started", "running"}) {
+            const auto [error, networks] = networksInReach();
+            QVERIFY2(!error.hasError(), daemon);
+            QStringList names;
+            for (const auto &network : networks)
+                names += network.essid;
+            QCOMPARE(names, QStringList({"Depot", "Guests", "Yard 2"}));
+        }
     }
-
-    void askAgain() { QVERIFY(!networksInReach().first.hasError()); }
 };
 
 QTEST_GUILESS_MAIN(TestWifi)
