@@ -26,19 +26,23 @@ install(FILES ${made}/lib${AUX_NAME}.pc
 set(kit ${CMAKE_INSTALL_DATADIR}/aux-kit) # also where CMake looks for the package
 file(RELATIVE_PATH bin_to_kit /${CMAKE_INSTALL_BINDIR} /${kit})
 find_program(HELP2MAN help2man REQUIRED)
-function(aux_install_kit_program program description)
-    set(link ${made}/aux-${program})
-    file(CREATE_LINK ${bin_to_kit}/${program} ${link} SYMBOLIC)
+function(aux_install_kit_program program source description)
+    set(link ${made}/${program})
+    file(CREATE_LINK ${bin_to_kit}/${source} ${link} SYMBOLIC)
     set(manual ${CMAKE_CURRENT_SOURCE_DIR}/kit/${program}.man)
     add_custom_command(OUTPUT ${link}.1
         COMMAND ${HELP2MAN} --no-info --name ${description} --include ${manual} --output ${link}.1
-            --version-string "aux-${program} ${PROJECT_VERSION}" ${CMAKE_CURRENT_SOURCE_DIR}/kit/${program}
-        DEPENDS kit/${program} ${manual} VERBATIM)
-    add_custom_target(aux-${program}-manual ALL DEPENDS ${link}.1)
+            --version-string "${program} ${PROJECT_VERSION}" ${CMAKE_CURRENT_SOURCE_DIR}/kit/${source}
+        DEPENDS kit/${source} ${manual} VERBATIM)
+    add_custom_target(${program}-manual ALL DEPENDS ${link}.1)
     install(FILES ${link} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Kit)
     install(FILES ${link}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Kit)
 endfunction()
-aux_install_kit_program(sandbox "run a program in a private world, that of a terminal")
+aux_install_kit_program(aux-sandbox sandbox "run a program in a private world, that of a terminal")
+aux_install_kit_program(aux-terminal terminal/boot "boot a virtual terminal with a program in it")
+write_basic_package_version_file(${made}/aux-kit-config-version.cmake
+    COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
+install(FILES ${made}/aux-kit-config-version.cmake DESTINATION ${kit} COMPONENT Kit)
 install(DIRECTORY kit/ DESTINATION ${kit} COMPONENT Kit USE_SOURCE_PERMISSIONS
     PATTERN crashes EXCLUDE PATTERN "*.man" EXCLUDE)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libaux-kit COMPONENT Kit)

@@ -51,7 +51,7 @@ make_root() { # RELEASE
     echo "Making a root of $1" >&2
     rm -rf --one-file-system "${directory:?}/$1"
     # shellcheck disable=SC2016
-    scripts/debian-root --release "$1" "$directory/$1" --variant=minbase --format=directory \
+    kit/terminal/debian-root --release "$1" "$directory/$1" --variant=minbase --format=directory \
         --dpkgopt=force-unsafe-io --include=git,locales,sudo \
         --customize-hook='echo "de_DE.UTF-8 UTF-8" >"$1/etc/locale.gen"; chroot "$1" locale-gen >/dev/null' \
         --customize-hook="chroot \"\$1\" useradd --create-home $user" \

@@ -40,36 +40,37 @@ misused() {
     exit 2
 }
 
-skip() {
-    echo "SKIPPED: $1" >&2
-    exit 77
-}
-
 prepare() {
-    [ "$(id -u)" -eq 0 ] || skip "a root for another architecture is made by root only"
-    unshare --mount true 2>/dev/null || skip "this machine refuses private mounts"
     scripts/bootstrap cpio e2fsprogs kmod mmdebstrap nbdkit qemu-system-arm rsync
     directory=$PWD/build/terminal/$arch
     mkdir -p "$directory"
-    kit/terminal/build.sh "$arch" "$directory"
-    kit/terminal/image.sh "$arch" "$directory"
+    scripts/cross-build "$arch" "$directory"
 }
 
-# Boots with a disk for /data that is made if need be.
-boot() { # DISK TASK
-    [ -e "$1" ] || mkfs.ext4 -q -L data "$1" 256M
-    kit/terminal/machine.sh "$arch" "$directory" "$1" "$2"
+boot() { # [OPTION...] [DIRECTORY]
+    kit/terminal/boot --arch "$arch" --directory "$directory" --packages "$directory/builder" --with libqt5test5 "$@"
 }
 
-# What is in /data stays from one time to the next.
 run_shell() {
-    boot "$directory/data.img" kit/terminal/shell.sh
+    boot
+}
+
+# Lays the tests out as they were built, but what is tested is the library that is installed.
+stage_tests() { # DIRECTORY
+    local triplet
+    triplet=$(dpkg-architecture -qDEB_HOST_MULTIARCH -a"$arch" 2>/dev/null)
+    rsync --archive --exclude='*.o' --exclude='*.a' --exclude='*_autogen' \
+        --exclude=/libaux/debian --exclude=/libaux/build/debian "$directory/builder/libaux" "$1"
+    ln -sf "/usr/lib/$triplet/libaux.so.1" "$1/libaux/build/tests/src/libaux.so.1"
 }
 
 run_test() {
-    local console=$directory/console passed failed skipped cut lost
-    rm -f "$directory/test.img"
-    boot "$directory/test.img" tests/terminal/test.sh </dev/null | tee "$console.test"
+    local console=$directory/console stage passed failed skipped cut lost
+    stage=$(mktemp -d)
+    # shellcheck disable=SC2064
+    trap "rm -rf '$stage'" EXIT
+    stage_tests "$stage"
+    boot --run /libaux/tests/terminal/test.sh "$stage" | tee "$console.test" || [ "${PIPESTATUS[0]}" -ne 77 ] || exit 77
     read -r failed passed < <(sed -nE 's/.*, ([0-9]+) tests failed out of ([0-9]+)\r?$/\1 \2/p' "$console.test") ||
         { echo "The tests in the terminal did not come to an end" >&2 && exit 1; }
     skipped=$(grep -c '^SKIP' "$console.test" || true)

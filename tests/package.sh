@@ -36,7 +36,7 @@ main() {
 # The root is gone as soon as the hooks have run in it.
 make_root() {
     # shellcheck disable=SC2016
-    "$checkout/scripts/debian-root" /dev/null --variant=minbase --format=null --include=xz-utils \
+    "$checkout/kit/terminal/debian-root" /dev/null --variant=minbase --format=null --include=xz-utils \
         --customize-hook="copy-in $(echo "$work"/*.deb "$work"/*.tar.xz) /root" \
         --customize-hook='chroot "$1" sh -c "cd /root; tar -xf libaux_*.tar.xz; exec libaux*/tests/package.sh --inside"' \
         --customize-hook="'$checkout/scripts/in-root' \"\$1\" developer <'$checkout/debian/tests/kit'"

@@ -16,7 +16,7 @@ main() {
     [ $# -gt 0 ] || set -- "${!processors[@]}"
     for arch in "$@"; do
         mkdir -p "$checkout/build/terminal/$arch"
-        "$checkout/kit/terminal/build.sh" "$arch" "$checkout/build/terminal/$arch" \
+        "$checkout/scripts/cross-build" "$arch" "$checkout/build/terminal/$arch" \
             /libaux/bench/instructions/run.sh --inside "$arch" || kept=false
     done
     $kept

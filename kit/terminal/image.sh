@@ -1,41 +1,42 @@
 #!/usr/bin/env bash
-# Makes what a terminal boots from: image.sh ARCH DIRECTORY, where build.sh has built.
+# Makes what a terminal boots from: image.sh ARCH DIRECTORY LAYER [PACKAGE...]
 #
 # Nothing of the foreign architecture runs here: a kernel, an initial file system, and two disks
-# that are never written to. DIRECTORY/base.img has Debian, which seldom changes, and lies below
-# DIRECTORY/layer.img with the packages and the tests that were just built.
+# that are never written to. DIRECTORY/base.img has Debian with the packages, which seldom changes, and
+# lies below DIRECTORY/layer.img with the content of the directory LAYER.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 
 main() {
-    builder=$2/builder
-    work=$(mktemp -d -p "$2")
-    trap 'rm -rf "$work"' EXIT
-    triplet=$(dpkg-architecture -qDEB_HOST_MULTIARCH -a"$1" 2>/dev/null)
-    case $1 in
+    arch=$1 directory=$2
+    mapfile -t packages < <(printf '%s\n' "${@:4}" | sort -u - "$here/packages")
+    case $arch in
     armhf) kernel=linux-image-armmp ;;
-    *) kernel=linux-image-$1 ;;
+    *) kernel=linux-image-$arch ;;
     esac
-    base_sources | cmp -s - "$2/base.key" || make_base "$1" "$2"
-    [ "$2/layer.img" -nt "$builder/built.tests" ] || make_layer "$2"
+    work=$(mktemp -d -p "$directory")
+    trap 'rm -rf "$work"' EXIT
+    base_sources | cmp -s - "$directory/base.key" || make_base
+    make_disk layer "$3" "$directory/layer.img"
 }
 
 base_sources() {
-    cat "$here/packages" "$here/image.sh" "$here/initramfs"
+    echo "${packages[@]}"
+    cat "$here/image.sh" "$here/initramfs"
 }
 
-make_base() { # ARCH DIRECTORY
-    echo "Making the disk with Debian for $1" >&2
-    rm -f "$2/base.key"
-    "$here/../../scripts/debian-root" "$work/root" --architectures="$1" \
+make_base() {
+    echo "Making the disk with Debian for $arch" >&2
+    rm -f "$directory/base.key"
+    "$here/debian-root" "$work/root" --architectures="$arch" \
         --variant=extract --format=directory \
         --hook-dir=/usr/share/mmdebstrap/hooks/merged-usr \
-        --include="$kernel,$(paste -sd, "$here/packages")"
+        --include="$kernel,$(IFS=, && echo "${packages[*]}")"
     configure "$work/root"
-    cp "$work/root"/boot/vmlinuz-* "$2/kernel"
-    make_initramfs "$work/root" >"$2/initrd"
-    make_disk base 1G "$work/root" "$2/base.img"
-    base_sources >"$2/base.key"
+    cp "$work/root"/boot/vmlinuz-* "$directory/kernel"
+    make_initramfs "$work/root" >"$directory/initrd"
+    make_disk base "$work/root" "$directory/base.img"
+    base_sources >"$directory/base.key"
 }
 
 # Does what the packages' own scripts would.
@@ -67,25 +68,11 @@ make_initramfs() { # ROOT
     (cd "$initial" && find . | cpio --quiet --create --format=newc | gzip -1)
 }
 
-make_layer() { # DIRECTORY
-    local package layer=$work/layer
-    echo "Making the disk with the packages and the tests" >&2
-    mkdir "$layer"
-    for package in libaux1 auxctl; do
-        dpkg-deb --extract "$builder"/"$package"_*.deb "$layer"
-    done
-    rsync --archive --exclude='*.o' --exclude='*.a' --exclude='*_autogen' \
-        --exclude=/libaux/debian --exclude=/libaux/build/debian \
-        "$builder/libaux" "$layer"
-    # What is tested is the library that is installed.
-    ln -sf "/usr/lib/$triplet/libaux.so.1" "$layer/libaux/build/tests/src/libaux.so.1"
-    cp -r "$here/root/." "$layer"
-    make_disk layer 256M "$layer" "$1/layer.img"
-}
-
-make_disk() { # LABEL SIZE ROOT FILE
-    mkfs.ext4 -q -L "$1" -d "$3" "$work/$1.img" "$2"
-    mv "$work/$1.img" "$4"
+make_disk() { # LABEL ROOT FILE
+    local size
+    size=$(du -sm --apparent-size "$2" | cut -f 1)
+    mkfs.ext4 -q -L "$1" -d "$2" "$work/$1.img" $((size * 3 / 2 + 32))M
+    mv "$work/$1.img" "$3"
 }
 
 main "$@"

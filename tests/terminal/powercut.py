@@ -83,7 +83,7 @@ class Machine:
     """A terminal that is switched on, with a disk that has a cache of its own."""
 
     def __init__(self, arch, directory, disk):
-        boot = f'exec "{HERE}/../../kit/terminal/machine.sh" {arch} "{directory}" "$uri" tests/terminal/powercut.sh'
+        boot = f'exec "{HERE}/../../kit/terminal/machine.sh" {arch} "{directory}" "$uri" /libaux/tests/terminal/powercut.sh'
         self.process = subprocess.Popen(
             ["nbdkit", "--unix", "-", "--filter=cache", "file", disk, "cache=writeback",
              "--run", boot],

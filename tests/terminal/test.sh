@@ -3,7 +3,6 @@
 here=$(dirname "$0")
 build=/libaux/build/tests
 export TERM=dumb
-"$here/../../kit/terminal/radio.sh"
 while read -r name reason; do
     echo "SKIP: $name: $reason"
     names+=("$name")
