@@ -6,6 +6,7 @@
 #include "support/world.h"
 
 #include <QStorageInfo>
+#include <QTimeZone>
 
 #include <cerrno>
 #include <csignal>
@@ -57,7 +58,7 @@ private Q_SLOTS:
 
     void clock_data()
     {
-        const QDateTime time({2024, 2, 29}, {12, 34, 56, 999}, Qt::OffsetFromUTC, 3600);
+        const QDateTime time({2024, 2, 29}, {12, 34, 56, 999}, QTimeZone(3600));
         const QString invalid = "Timezone (or something else) is invalid.";
         row("set", time, 0, "");
         row("EFAULT", time, EFAULT,

@@ -9,6 +9,7 @@
 #include "system/identity.h"
 
 #include <QJsonDocument>
+#include <QTimeZone>
 
 #include <atomic>
 #include <cstdarg>
@@ -234,7 +235,7 @@ private Q_SLOTS:
         const QJsonObject info = SystemInfo::getCurrentDateTimeUTCInfo();
         const auto field = [&info](const char *key) { return info[QLatin1String(key)].toInt(-1); };
         const QDateTime told({field("year"), field("month"), field("day")},
-                             {field("hour"), field("minute"), field("second")}, Qt::UTC);
+                             {field("hour"), field("minute"), field("second")}, QTimeZone::utc());
         QVERIFY(before <= told.toSecsSinceEpoch() && told.toSecsSinceEpoch() <= now());
         QCOMPARE(info.size(), 6);
     }

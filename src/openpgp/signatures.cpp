@@ -113,7 +113,7 @@ Reason judge(const Status &status, qint64 now)
 DataHelper::Signature signatureFrom(const QByteArrayList &valid)
 {
     return {QString::fromLatin1(valid.value(validPrimaryKey)),
-            QDateTime::fromSecsSinceEpoch(valid.value(validTime).toLongLong(), Qt::UTC)};
+            QDateTime::fromSecsSinceEpoch(valid.value(validTime).toLongLong()).toUTC()};
 }
 
 } // namespace
