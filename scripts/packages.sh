@@ -4,7 +4,7 @@
 set -euo pipefail
 directory=$(realpath -m -- "$1")
 cd "$(dirname "$0")/.."
-scripts/bootstrap debhelper dpkg-dev
+scripts/bootstrap debhelper doxygen dpkg-dev graphviz
 # A path without a blank: in another one dpkg leaves its name in what it builds.
 work=$(mktemp -d --tmpdir=/var/tmp)
 trap 'rm -rf "$work"' EXIT

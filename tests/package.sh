@@ -56,6 +56,9 @@ inside() {
     step "Build and run a program against libaux-dev"
     install g++ ../libaux-dev_*.deb pkg-config
     debian/tests/program
+    step "Look at the reference"
+    install doc-base ../libaux-doc_*.deb
+    install-docs --check /usr/share/doc-base/libaux-doc.libaux
     step "Build the example of libaux-kit as an ordinary user, and run it and its tests"
     install cmake ../libaux-kit_*.deb
     useradd --create-home --shell /bin/bash developer
