@@ -66,7 +66,7 @@ bool copyCompanions(const QString &from, const QString &to)
 //! [companions]
 
 //! [background]
-// For an Image of Qt Quick: always one that can be shown.
+// For an Image of Qt Quick. There is always one: the built-in image if there is no other.
 QUrl background(const QString &configurationFile)
 {
     return QUrl(aux::FsHelper::getBackgroundImageSource(configurationFile));

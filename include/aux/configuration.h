@@ -20,8 +20,7 @@ class FairMutex;
 
 /// The settings of the terminal, named like their key paths; the type is the one that
 /// Configuration::setValue asks for. Defaults, and what a value must be like, are in
-/// docs/settings.md. There is no setting 25; it is unknown like every value
-/// outside the list.
+/// @ref settings. There is no setting 25; it is unknown like every value outside the list.
 enum class SettingsCode : int {
     DeviceModeUsb = 0,                           ///< bool; one of the three modes must be on
     DeviceModeSerial = 1,                        ///< bool
@@ -112,11 +111,11 @@ struct ChangeState {
 ///
 /// A write that failed is not reported. Its value stays pending in the process, where it is what
 /// this class reads (other QSettings objects don't), until a later write or sync() succeeds or the
-/// process ends. A file that cannot be read, or is no regular file, stays as it is: reading gives
-/// the defaults, writing leaves the values pending, commit() does nothing, and a snapshot holds
-/// nothing that rollback() would write. One that holds text, but no JSON object, is kept as
-/// "<file>.bad" (mode 0600, the latest one only) before a write replaces it; where that fails the
-/// file stays.
+/// process ends. A file that cannot be read, is no regular file or larger than 128 MiB, stays as it
+/// is: reading gives the defaults, writing leaves the values pending, commit() does nothing, and a
+/// snapshot holds nothing that rollback() would write. One that holds text, but no JSON object, is
+/// kept as "<file>.bad" (mode 0600, the latest one only) before a write replaces it; where that
+/// fails the file stays.
 ///
 /// Writing blocks until all file systems are flushed, and while other processes write. A lock
 /// beside the file that no writer holds delays a write by three seconds at most; QSettings of

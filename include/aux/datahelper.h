@@ -83,8 +83,8 @@ public:
     ///
     /// `outFile` is the name to use, given as it is to the file system; empty for the name stored
     /// in the container. On success it is replaced by the path that was written, `outDir` + "/" +
-    /// name. `type` is set as soon as the magic has been read, also when a later step fails. Bytes
-    /// after the payload are ignored.
+    /// name, which is in the root directory for an empty `outDir`. `type` is set as soon as the
+    /// magic has been read, also when a later step fails. Bytes after the payload are ignored.
     ///
     /// @fails with 10001 and
     /// - "unpackFileFromBinContainer: Failed to open file for reading": also where the medium fails
@@ -241,9 +241,10 @@ public:
     /// - those of the other decryptFileGPG
     /// - those of verifyFileGPG, but for the files that it reads beside the keyring
     /// - "message is not signed". @shown{openpgp,decryptSigned}
-    static std::pair<Error, Signature> decryptFileGPG(const QString &inFile, const QString &outFile,
-                                                      const QString &passPhrase,
-                                                      const QString &keyringFile);
+    [[nodiscard]] static std::pair<Error, Signature> decryptFileGPG(const QString &inFile,
+                                                                    const QString &outFile,
+                                                                    const QString &passPhrase,
+                                                                    const QString &keyringFile);
     /// Signs a file with the imported key pair: a detached, binary OpenPGP signature (RFC 4880).
     ///
     /// @fails with 10001, "signFileGPG: " and
@@ -279,7 +280,7 @@ public:
     /// - "signature was made after what the clock says now": also where the key was
     /// - "gpgv failed", "gpgv cannot be started", "gpgv did not end in time", "gpgv was killed".
     /// @shown{openpgp,verify}
-    static std::pair<Error, Signature>
+    [[nodiscard]] static std::pair<Error, Signature>
     verifyFileGPG(const QString &file, const QString &signatureFile, const QString &keyringFile);
     /// Removes the temporary keyring and ends what runs on it; no keyring is success.
     ///

@@ -54,8 +54,9 @@ private:
 
 class [[nodiscard]] Error;
 
-/// The outcome of an operation: empty for success, else a chain of entries from the cause to the
-/// operation that gave up.
+/// The outcome of an operation: empty for success, else a chain of entries. Iterating goes from the
+/// newest, the one that was appended last, to the oldest. An operation of libaux returns one entry,
+/// or one for each fault of a configuration file.
 /// @shown{errors,passOn}
 ///
 /// *Guarantees*: a plain value without locks, owned by one thread at a time; nothing here blocks

@@ -15,7 +15,7 @@ namespace aux
 {
 
 /// The directories that hold the terminal's files. A value outside the list is an invalid
-/// location wherever one is taken.
+/// location wherever one is taken. The library makes none of them but Config, for settings.
 enum class DirLocation : int {
     Invalid = 0,
     Data,     ///< "/data", the root of all others but Tmp
@@ -73,20 +73,24 @@ public:
     /// is the one the process had when the library was loaded.
     /// @shown{files,name}
     static DirLocation dirLocationFromFullPath(const QString &filePath);
-    /// Returns the location's path, "/" and the name, unchanged and unchecked.
+    /// Returns the location's path, "/" and the name, unchanged and unchecked; so an invalid
+    /// location gives a path in the root directory.
     /// @shown{files,name}
     static QString createPathName(DirLocation location, const QString &fileName);
-    /// Returns a path for a new data file: "rk4-", a random UUID and ".bin". Creates nothing.
+    /// Returns a path for a new data file: "rk4-", a random UUID and ".bin". Creates nothing. For
+    /// an invalid location the path is one in the current directory.
     /// @shown{files,move}
     static QString createUniqueFileName(DirLocation location);
-    /// Returns the path of the public OpenPGP key, "gpg_public.zelgpg", beside the given file.
+    /// Returns the absolute path of the public OpenPGP key, "gpg_public.zelgpg", beside the given
+    /// file.
     /// @shown{files,companions}
     static QString createGpgKeyFileName(const QString &filePath);
-    /// Returns the path of the background image, "background.img", beside the given file.
+    /// Returns the absolute path of the background image, "background.img", beside the given file.
     /// @shown{files,companions}
     static QString createBackgroundImageFileName(const QString &filePath);
     /// Returns "file://" and the path of the background image beside the given file where it
-    /// exists, else the address of the built-in image (a "qrc:" resource of the application).
+    /// exists, else "qrc:/media/img/splash_motif06_keyvisual_800_480b.png", which is a resource of
+    /// the application. The path is not percent-encoded: as a QUrl it ends at a "#" or "?".
     /// @shown{files,background}
     static QString getBackgroundImageSource(const QString &filePath);
     /// @}
@@ -112,7 +116,7 @@ public:
     /// Removes all locations but the data root and the temporary directory (a factory reset), with
     /// everything in them: names in any bytes, any depth, links without following them. Nothing
     /// recreates them. Flushes the file systems (sync), so that a power cut brings nothing back.
-    /// The last column of docs/tables.md tells which these are.
+    /// The last column of @ref tables tells which these are.
     ///
     /// A location that is itself a link is emptied where it leads, and the link is removed. One
     /// that leads to a directory which holds more than a location ("/", "/data", "/data/zel",

@@ -48,8 +48,8 @@ public:
     /// clock from it ("hwclock --systohc -u", in UTC). Blocks until that is done.
     ///
     /// Where the clock cannot be set, the hardware clock stays as well and the meaning of the
-    /// errno goes to the debug log (EFAULT, EINVAL and EPERM have one). An invalid time counts as
-    /// EINVAL: "Timezone (or something else) is invalid."
+    /// errno goes to the debug log (EFAULT, EINVAL and EPERM have one). An invalid time, or on 32
+    /// bits one after January 2038, counts as EINVAL: "Timezone (or something else) is invalid."
     /// @shown{system,setTime}
     static void setSystemTime(const QDateTime &time);
     /// Remounts a file system read-only, once, without a sync before it. Does nothing for an empty
