@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Checks the form of all sources: clang-format, shellcheck, clang-tidy, and what only the linker sees.
+# Checks the form of all sources: clang-format, shellcheck, clang-tidy, and what only the linker sees;
+# and that programs built with the last release still run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 mapfile -t sources < <(git ls-files '*.cpp' '*.h')
@@ -10,6 +11,7 @@ scripts/check-includes
 scripts/test-share
 cmake --preset ci
 cmake --build --preset ci # generated sources
+scripts/abi.sh
 run-clang-tidy -quiet -p build/ci "$PWD/(src|tests|tools|bench|docs)/.*\.cpp\$"
 cmake --preset odr
 cmake --build --preset odr
