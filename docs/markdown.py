@@ -11,7 +11,7 @@ import re
 import subprocess
 import sys
 
-SHAPES = {"[": "box", "[/": "parallelogram", "[(": "cylinder", "([": "oval", "{{": "hexagon", "{": "diamond"}
+SHAPES = {"[": "box", "[/": "note", "[(": "cylinder", "([": "oval", "{{": "hexagon", "{": "diamond"}
 NODE = re.compile(r' *(\w+)(?:([\[({/]+)"([^"]*)"[\])}/]+)?')
 ARROW = re.compile(r' *(--|-\.)(?: "([^"]*)" (?:--|\.-))?-?>')
 
@@ -40,7 +40,7 @@ def chain(line):
 def as_dot(diagram):
     heading, *lines = diagram.strip().splitlines()
     yield f'digraph {{ rankdir={heading.split()[1]} bgcolor=transparent fontname="sans-serif" fontsize=12'
-    yield 'node [fontname="sans-serif" fontsize=12 height=0.3] edge [fontname="sans-serif" fontsize=11]'
+    yield 'nodesep=0.4 node [shape=box fontname="sans-serif" fontsize=12 height=0.3] edge [fontname="sans-serif" fontsize=11]'
     for line in lines:
         subgraph = re.fullmatch(r' *subgraph (\w+)(?:\["(.*)"\])?', line)
         if subgraph:
