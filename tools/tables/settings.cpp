@@ -9,8 +9,9 @@ constexpr const char *introduction = R"(# The settings
 
 The settings file is JSON: each component of a key path is one level of objects, so that
 `/device/mode/usb` is the member `usb` of `mode` of `device`. A setting that is missing has its default.
-In a program a setting is called `aux::SettingsCode::` and the name below; on the command line
-`auxctl config` takes the key path.
+In a program a setting is called `aux::SettingsCode::` and the name below, and what
+`aux::Configuration::setValue` takes is a bool, a QString for a text, or an unsigned int for a number; on
+the command line `auxctl config` takes the key path.
 
 Changes of a setting with a * are told apart by `aux::Configuration::changed`, because its users must
 hear of them. One with an s is a secret: `auxctl` shows it only where asked to. Every setting belongs
