@@ -198,7 +198,8 @@ private Q_SLOTS:
         QVERIFY(identify());
         QCOMPARE(identity().value("serial").toString().size(), 12);
         QCOMPARE(identity().value("libaux"), identity().value("compiledWith"));
-        QCOMPARE(QDate::fromString(today(), Qt::ISODate), QDateTime::currentDateTimeUtc().date());
+        const QString before = QDateTime::currentDateTimeUtc().date().toString(Qt::ISODate);
+        QVERIFY(QDate::fromString(today(), Qt::ISODate).isValid() && before <= today());
         fakeProgram("udevadm", "echo E: ID_INPUT_TOUCHSCREEN=1");
         QCOMPARE(interfaceToStart(), QString("touch"));
         QVERIFY(!setClock(QDateTime::currentSecsSinceEpoch() + 3600)); // refused here

@@ -83,15 +83,17 @@ aux::Error openModem(const QString &device)
 //! [extraData]
 
 //! [collect]
-// All containers are sent, whatever becomes of one. The failures come together; which are kept.
+// All containers are sent, whatever becomes of one. Together the failures have the extra data of
+// the last one, so each is kept for itself, too.
 aux::Error sendAll(const QMap<QString, QString> &checksums, QList<aux::Error> &failures)
 {
     aux::Error all;
     for (auto container = checksums.begin(); container != checksums.end(); ++container) {
         const aux::Error error = send(container.key(), container.value());
-        all << error; // a copy, which appends nothing where nothing failed
-        if (error.hasError())
-            failures += error;
+        if (!error.hasError())
+            continue; // to append a success would take the extra data away
+        all << error;
+        failures += error;
     }
     return all;
 }

@@ -108,8 +108,9 @@ bool hasRoomFor(qint64 bytes)
 aux::Error resetTerminal()
 {
     aux::Error error = aux::FsHelper::removeEntireDataDir();
-    if (!makeLocations())
-        error << aux::Error(aux::ErrorData("terminal", "locations cannot be made", 1));
+    const bool made = makeLocations();
+    if (!error.hasError() && !made)
+        error = aux::ErrorData("terminal", "locations cannot be made", 1);
     return error;
 }
 //! [reset]

@@ -86,10 +86,11 @@ public:
     Error &operator=(Error &&other) noexcept;
 
     /// Appends the other's entries without copying them and leaves it none; the two extra data
-    /// change places. An error moved onto itself stays as it is.
+    /// change places: append the cause to what it means here, and its extra data stay. An error
+    /// moved onto itself stays as it is.
     /// @shown{errors,passOn}
     Error &operator<<(Error &&other) noexcept;
-    /// Appends copies of the other's entries and takes its extra data, also a null one.
+    /// Appends copies of the other's entries and takes its extra data, also a null one and that of a success.
     /// @shown{errors,collect}
     Error &operator<<(const Error &other);
 
