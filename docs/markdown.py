@@ -74,6 +74,7 @@ def converted(page, text):
     text = re.sub(r"^(##+ )(.*)$", lambda m: f"{m[0]} {{#{page}-{slug(m[2])}}}", text, flags=re.M)
     text = re.sub(r"\[([^]]*)\]\((?:([\w-]+)\.md)?(?:#([\w-]+))?\)",
                   lambda m: f'@ref {"-".join(filter(None, (m[2] or page, m[3])))} "{m[1]}"', text)
+    text = re.sub(r"`([\w-]+-\w+)::(\w+)`", r"<tt>\1\\::\2</tt>", text)  # a target of CMake
     return re.sub(r"`(aux::(?!aux`)[\w:]*\w)(?:::)?`", r"<tt>@ref \1</tt>", text)
 
 

@@ -21,9 +21,10 @@ namespace aux
 ///
 /// *Guarantees*: what the daemon is doing is looked up each time. Any thread may call, several may
 /// connect at once; a control handle belongs to one thread at a time. A null handle is safe
-/// everywhere. Operations block while the program they run runs. A request to the daemon ends after
-/// 10 seconds, whatever arrives meanwhile; its answer is never one to an earlier request or an
-/// event, which are discarded. (That is certain up to 12 seconds that the daemon takes for each.)
+/// everywhere. Where a program is run, the operation blocks until it ends, however long that takes.
+/// A request to the daemon ends after 10 seconds, whatever arrives meanwhile; its answer is never
+/// one to an earlier request or an event, which are discarded. (That is certain up to 12 seconds
+/// that the daemon takes for each.)
 class AUX_EXPORT SystemHelper
 {
 public:
