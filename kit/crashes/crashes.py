@@ -33,40 +33,55 @@ CHECKOUT = HERE.parents[1]
 WORK = pathlib.Path("/dev/shm/crashes")
 COUNTS = ("states", "distinct", "looked", "repaired", "faulty")
 LONG, SHARES = ("mix", "brief"), 4  # in which such a record is looked at
+PARTS = ("base", "flushes", "log")  # of what is recorded
 EVIDENCE = 3  # faults of a record that are told in full
+PROGRESS = 2000  # contents after which is told how many are left
 
 
 class Record:
-    """A run of one operation, on a file system of its own."""
+    """A run of one operation, on a file system of its own; kept until it has been looked at."""
 
-    def __init__(self, file_system, operation, neighbour, flushes):
+    def __init__(self, directory, file_system, operation, neighbour, flushes):
         self.name = "-".join(filter(None, [file_system, operation, neighbour, flushes]))
         self.shares = SHARES if operation in LONG else 1
         self.row = (file_system, operation)  # of the table
         self.file_system, self.operation = disk.FILE_SYSTEMS[file_system], operation
-        self.environment = {"FLUSHES": flushes or "", "FLUSHES_LIST": f"{WORK}/{self.name}.flushes"}
+        self.left_out = flushes.split("+") if flushes[:1].isdigit() else []
+        self.environment = {"FLUSHES": flushes, "FLUSHES_LIST": f"{WORK}/{self.name}.flushes"}
         if neighbour:
             self.environment["COMMITS"] = f"{disk.DATA}/.neighbour"
-        self.base, self.log = f"{WORK}/{self.name}.base", f"{WORK}/{self.name}.log"
+        self.base, self.list, self.log = (directory / f"{self.name}.{part}" for part in PARTS)
 
     def make(self, programs):
-        disk.make(self.base, self.file_system)
-        shutil.copy(self.base, f"{self.base}.now")
-        with disk.recorded(f"{self.base}.now", self.log) as node, disk.loop(str(node)) as device, \
+        if self.log.exists():
+            return
+        base, now, log = (f"{WORK}/{self.name}.{part}" for part in ("base", "now", "log"))
+        disk.make(base, self.file_system)
+        shutil.copy(base, now)
+        with disk.recorded(now, log) as node, disk.loop(str(node)) as device, \
                 disk.mounted(device, self.file_system):
             # With processes of its own: libaux ends those of its keyring, and others have one at that path.
             subprocess.run(["unshare", "--pid", "--fork", "--kill-child", "--mount-proc", "env",
                             f"LD_PRELOAD={programs}/flushes.so", f"{programs}/workload", node,
                             str(disk.SIZE), self.operation],
                            check=True, env={**os.environ, **self.environment})
-        os.remove(f"{self.base}.now")
+        os.remove(now)
+        for part, kept in (base, self.base), (self.environment["FLUSHES_LIST"], self.list), (log, self.log):
+            shutil.move(part, f"{kept}.part")
+            os.rename(f"{kept}.part", kept)  # the log last
 
     def flushes(self):
         """Those that the operation made, or those that it was to leave out."""
-        with open(self.environment["FLUSHES_LIST"], encoding="utf-8") as lines:
-            flushes = lines.read().splitlines()
-        numbers = self.environment["FLUSHES"].split("+")
-        return [line for line in flushes if not numbers[0].isdigit() or line.split()[0] in numbers]
+        flushes = self.list.read_text(encoding="utf-8").splitlines()
+        return [line for line in flushes if not self.left_out or line.split()[0] in self.left_out]
+
+    def seen(self, share):
+        """A file with what was seen in each content."""
+        return self.log.with_suffix(f".seen{share}")
+
+    def forget(self):
+        for file in self.base, self.list, self.log, *map(self.seen, range(self.shares)):
+            file.unlink()
 
 
 class Look:
@@ -84,11 +99,11 @@ class Look:
         if not book.is_complete:
             raise ValueError(f"{self.record.name} did not come to an end")
         mine = self._choose(entries)
-        known, result = {}, {"states": 0, "looked": 0, "faulty": 0, "evidence": []}
+        known, result = self._known(), {"states": 0, "looked": 0, "faulty": 0, "evidence": []}
         result["distinct"] = len(mine)
         with open(self.image, "wb") as image:
             image.truncate(disk.SIZE)
-        with disk.loop(self.image) as device:
+        with disk.loop(self.image) as device, open(self.record.seen(self.share), "a", encoding="utf-8") as seen:
             for state in states.states(self.record.base, entries, disk.SIZE, self.seed):
                 key = state.content.digest
                 if key not in mine:
@@ -98,11 +113,28 @@ class Look:
                     continue
                 if key not in known:
                     known[key] = self._facts(programs, device, state.content)
+                    print(json.dumps([key, known[key]]), file=seen, flush=True)
+                    self._tell(len(known), len(mine))
                 self._judge(result, book, state, known[key])
         result["looked"] = len(known)
         result["repaired"] = sum("repaired" in facts for facts in known.values())
         os.remove(self.image)
         return result
+
+    def _known(self):
+        """What was seen before this was interrupted, perhaps in the middle of the last line."""
+        try:
+            lines = self.record.seen(self.share).read_text(encoding="utf-8").splitlines(keepends=True)
+        except FileNotFoundError:
+            return {}
+        whole = [line for line in lines if line.endswith("\n")]
+        self.record.seen(self.share).write_text("".join(whole), encoding="utf-8")
+        return dict(map(json.loads, whole))
+
+    def _tell(self, done, count):
+        if done % PROGRESS == 0:
+            print(f"{self.record.name}, share {self.share + 1} of {self.record.shares}: "
+                  f"{done} of {count} looked at", flush=True)
 
     def _choose(self, entries):
         """The contents of this share; whether each is to be looked at."""
@@ -171,24 +203,26 @@ class Results:
     """What is known of each record; kept in files for as long as nothing has changed."""
 
     def __init__(self, options):
-        self.directory, self.records = options.results, 0
+        self.records = 0
         self.table = collections.defaultdict(collections.Counter)
-        key = hashlib.sha256(f"{options.seed} {options.states}".encode())
+        key = hashlib.sha256()
         library = options.programs / "../../src/libaux.so.1"
         for file in (library, *sorted(options.programs.iterdir()), *sorted(HERE.glob("*.py"))):
             key.update(file.read_bytes())
-        self.key = key.hexdigest()
+        current = options.results / "kept" / key.hexdigest()
+        for old in set(current.parent.glob("*")) - {current}:
+            shutil.rmtree(old)
+        self.directory = current / f"{options.seed}-{options.states}"
+        self.directory.mkdir(parents=True, exist_ok=True)
 
     def known(self, name):
         try:
-            kept = json.loads((self.directory / f"{name}.json").read_text())
-        except OSError:
+            return json.loads((self.directory / f"{name}.json").read_text())
+        except FileNotFoundError:
             return None
-        return kept["result"] if kept["key"] == self.key else None
 
     def keep(self, name, result):
-        kept = {"key": self.key, "result": result}
-        (self.directory / f"{name}.json").write_text(json.dumps(kept))
+        (self.directory / f"{name}.json").write_text(json.dumps(result))
 
     def tell(self, record, result, count):
         self.records += 1
@@ -196,7 +230,6 @@ class Results:
         print(f"{self.records}/{count} {record.name}: {result['states']} states, {result['distinct']} "
               f"distinct, {result['looked']} looked at, {result['repaired']} repaired first, "
               f"{result['faulty']} with faults", *result["evidence"], sep="\n    ", flush=True)
-
 
     def total(self):
         """Prints the table."""
@@ -225,6 +258,7 @@ def look_at_all(records, results, options):
             result["evidence"] = [line for part in parts for line in part["evidence"]][:EVIDENCE]
             result["flushes"] = record.flushes()
             results.keep(record.name, result)
+            record.forget()
             results.tell(record, result, len(records))
 
 
@@ -234,8 +268,9 @@ def main():
     WORK.mkdir(exist_ok=True)
     print(f"Seed {options.seed}", flush=True)
     names = (options.file_systems, options.operations, options.neighbours, options.flushes)
-    records = [Record(*row) for row in itertools.product(*(name.split(",") for name in names))]
     results = Results(options)
+    records = [Record(results.directory, *row)
+               for row in itertools.product(*(name.split(",") for name in names))]
     look_at_all(records, results, options)
     total = results.total()
     print(f"{total['states']} states, {total['distinct']} distinct, {total['faulty']} with faults")

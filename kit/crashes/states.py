@@ -13,6 +13,7 @@ BLOCK = 4096
 ALL_SUBSETS = 5  # writes between two flushes, up to which all subsets are made
 RANDOM_SUBSETS, TORN = 20, 4  # of each stretch
 ZEROES = bytes(BLOCK)
+ZERO_BLOCK = (ZEROES, 0)  # with its digest
 
 
 def digest(number, content):
@@ -70,7 +71,7 @@ class Content:
     def apply(self, write):
         for number, start, piece, known in write.pieces:
             if known is None:
-                old = (self.blocks.get(number) or self.below.get(number) or (ZEROES,))[0]
+                old = (self.blocks.get(number) or self.below.get(number) or ZERO_BLOCK)[0]
                 piece = old[:start] + piece + old[start + len(piece):]
             self.put(number, piece, known)
         return self

@@ -4,18 +4,16 @@
 #include <aux/datahelper.h>
 #include <aux/fshelper.h>
 
-#include "crashes/marks.h"
-#include "crashes/numbered.h"
+#include "crashes/settingssteps.h"
 #include "support/othermachine.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QThread>
 
-#include <cstdlib>
 #include <functional>
-#include <iostream>
+#include <utility>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 using aux::DataHelper;
@@ -26,14 +24,6 @@ using Operation = std::function<void()>;
 namespace
 {
 
-void require(const aux::Error &error)
-{
-    if (!error.hasError())
-        return;
-    std::cerr << error << std::endl;
-    std::exit(EXIT_FAILURE);
-}
-
 QString checksumOf(const QString &path)
 {
     const auto [error, checksum] = FsHelper::generateChecksum(path);
@@ -41,88 +31,13 @@ QString checksumOf(const QString &path)
     return checksum;
 }
 
-// --- settings -----------------------------------------------------------------------------------
-
-aux::Configuration &configuration()
-{
-    static aux::Configuration theConfiguration;
-    static const bool isInitialized = (theConfiguration.init(), true);
-    Q_UNUSED(isInitialized)
-    return theConfiguration;
-}
-
-void set(int number)
-{
-    began("settings");
-    configuration().setValue(numbered, settingOf(number));
-    confirmed("settings", QStringLiteral("%1 ").arg(number));
-}
-
-void commit()
-{
-    began("commits");
-    configuration().commit();
-    confirmed("commits", QString::number(configuration().getChangeCounter()));
-}
-
-void setBoth(int number)
-{
-    const QString infotext = QString::number(number) + ' ';
-    began("settings", {infotext});
-    configuration().setValue(numbered, settingOf(number));
-    configuration().setValue(aux::SettingsCode::DeviceLang, QStringLiteral("xx"));
-    confirmed("settings", infotext + "xx");
-}
-
-/// Two settings come back together.
-void rollback(int number)
-{
-    configuration().snapshot();
-    setBoth(number + 1);
-    began("settings");
-    configuration().rollback(aux::SettingsArea::All);
-    confirmed("settings", QStringLiteral("%1 ").arg(number));
-}
-
-void makeCandidate()
-{
-    set(1);
-    configuration().snapshot();
-    setBoth(2);
-    require(configuration().writeConfigFile("/tmp/candidate"));
-    began("settings");
-    configuration().rollback(aux::SettingsArea::All);
-    confirmed("settings", "1 ");
-}
-
-void apply()
-{
-    began("settings");
-    began("commits");
-    require(configuration().applyConfigFile("/tmp/candidate"));
-    confirmed("settings", "2 xx");
-    confirmed("commits", QString::number(configuration().getChangeCounter()));
-}
-
-/// Each of two processes changes a setting of its own.
-void takeTurns()
-{
-    const pid_t other = ::fork();
-    for (int number = 1; number <= 5; ++number) {
-        const QString fact = other == 0 ? "lang" : "infotext";
-        began(fact);
-        if (other == 0)
-            configuration().setValue(aux::SettingsCode::DeviceLang, QString::number(number));
-        else
-            configuration().setValue(numbered, settingOf(number));
-        confirmed(fact, QString::number(number));
-    }
-    if (other == 0)
-        ::_exit(EXIT_SUCCESS);
-    ::waitpid(other, nullptr, 0);
-}
-
 // --- containers ---------------------------------------------------------------------------------
+
+void makeDirectories()
+{
+    QDir().mkpath(FsHelper::dirLocationToFullPath(DirLocation::New));
+    QDir().mkpath(FsHelper::dirLocationToFullPath(DirLocation::Archive));
+}
 
 QString containerIn(DirLocation location, int number)
 {
@@ -224,9 +139,9 @@ void decrypt()
     });
 }
 
-void reset()
+void reset(const QStringList &files)
 {
-    const QStringList facts{factOf(1), "settings", "commits"};
+    const QStringList facts = files + QStringList{"settings", "commits"};
     for (const QString &fact : facts)
         began(fact);
     require(FsHelper::removeEntireDataDir());
@@ -234,12 +149,15 @@ void reset()
         confirmed(fact, "absent");
 }
 
-void mix(int duration)
+/// For so many milliseconds, with a pause after each round.
+void mix(int duration, unsigned long pause)
 {
     QElapsedTimer timer;
     timer.start();
     importKey();
+    QStringList files;
     for (int number = 1; timer.elapsed() < duration; ++number) {
+        files += factOf(number);
         set(number);
         commit();
         pack(number);
@@ -252,6 +170,11 @@ void mix(int duration)
             encrypt();
             decrypt();
         }
+        if (number % 10 == 0) {
+            reset(std::exchange(files, {}));
+            makeDirectories();
+        }
+        QThread::msleep(pause);
     }
 }
 
@@ -275,9 +198,9 @@ const QMap<QString, Row> operations{
     {"copied", {[] { keep(9); }, [] { moveCopied(9); }}},
     {"encrypt", {importKey, encrypt}},
     {"decrypt", {[] { importKey(), encrypt(); }, decrypt}},
-    {"reset", {[] { pack(1), move(1), set(1), commit(); }, reset}},
-    {"brief", {[] {}, [] { mix(5000); }}}, // all of them, one after another
-    {"mix", {[] {}, [] { mix(60000); }}},
+    {"reset", {[] { pack(1), move(1), set(1), commit(); }, [] { reset({factOf(1)}); }}},
+    {"brief", {[] {}, [] { mix(5000, 0); }}}, // all of them, one after another
+    {"mix", {[] {}, [] { mix(60000, 1000); }}},
 };
 
 } // namespace
@@ -289,8 +212,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setOrganizationName(QStringLiteral("aux"));
     QCoreApplication::setApplicationName(QStringLiteral("terminal"));
     markAt(argv[1], QString(argv[2]).toLongLong());
-    for (const DirLocation location : {DirLocation::New, DirLocation::Archive})
-        QDir().mkpath(FsHelper::dirLocationToFullPath(location));
+    makeDirectories();
     ::sync();
     const Row &row = operations[argv[3]];
     row.prepare();
