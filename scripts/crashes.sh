@@ -9,35 +9,32 @@ readonly steps=first,set,commit,rollback,apply,turns,pack,move,duplicate,killed,
 
 usage() {
     cat <<'END'
-crashes.sh [--seed N] [--broken WHICH | --all]
+crashes.sh [--seed N] [--broken WHICH] [--flash | --all]
 
   --seed N        chooses the states; a sample prints its seed
   --broken WHICH  with flushes that do not do their work, which must be found: fsync (none does),
                   directory (those of directories do not) or order (the name comes before the data)
-  --all           every state, on ext4 and f2fs; it can be interrupted, and goes on then
+  --flash         cuts the power of a machine with UBIFS on emulated flash, some hundred times
+  --all           every state, on ext4 and f2fs, and --flash; it can be interrupted, and goes on then
 END
 }
 
 main() {
-    local options seed=$RANDOM broken='' all=
-    options=$(getopt -n crashes.sh -o '' -l seed:,broken:,all,help -- "$@") || misused
+    local options seed=$RANDOM broken='' what=sample
+    options=$(getopt -n crashes.sh -o '' -l seed:,broken:,flash,all,help -- "$@") || misused
     eval set -- "$options"
     while [ "$1" != -- ]; do
         case $1 in
         --seed) seed=$2 && shift ;;
         --broken) broken=$2 && shift ;;
-        --all) all=yes ;;
+        --flash | --all) what=${1#--} ;;
         --help) usage && exit ;;
         esac
         shift
     done
     [[ $seed =~ ^[0-9]+$ && $broken =~ ^(fsync|directory|order)?$ && $# -eq 1 ]] || misused
     prepare
-    if [ -n "$all" ]; then
-        look_at_all
-    else
-        here --operations "$steps,brief" --seed "$seed" --flushes "$broken" --states 80 --seconds 200
-    fi
+    "look_at_$what"
 }
 
 misused() {
@@ -72,11 +69,22 @@ there() { # OPTION...
         --patience 20000 "$@"
 }
 
+look_at_sample() {
+    here --operations "$steps,brief" --seed "$seed" --flushes "$broken" --states 80 --seconds 200
+}
+
+look_at_flash() {
+    scripts/bootstrap busybox-static cpio kmod linux-headers-amd64 mtd-utils qemu-system-x86
+    kit/crashes/flash/cuts.py "build/$preset/tests/crashes" build/crashes \
+        --operations "$steps,brief" --seed "$seed" --flushes "$broken"
+}
+
 look_at_all() {
     local status=0
     scripts/bootstrap busybox-static cpio f2fs-tools kmod qemu-system-x86
-    here --operations "$steps,mix" || status=1
-    there --operations "$steps" --file-systems f2fs || status=1
+    here --operations "$steps,mix" --flushes "$broken" || status=1
+    there --operations "$steps" --file-systems f2fs --flushes "$broken" || status=1
+    look_at_flash || status=1
     exit "$status"
 }
 

@@ -10,7 +10,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-// A mark is a block at one offset of a file: "began" or "confirmed" and the name of a fact, then
+// A mark is a block at one offset of a file, or behind its end: "began" or "confirmed" and the name of a fact, then
 // the fact's new value; what was begun has those that may be seen on the way. The facts are what
 // facts.cpp finds.
 
@@ -22,10 +22,11 @@ inline off_t offset = 0;
 
 } // namespace marks
 
+/// A negative offset stands for the end.
 inline void markAt(const char *path, off_t offset)
 {
-    marks::file = ::open(path, O_WRONLY | O_CLOEXEC);
-    marks::offset = offset;
+    marks::file = ::open(path, O_WRONLY | O_CLOEXEC | (offset < 0 ? O_APPEND : 0));
+    marks::offset = std::max<off_t>(offset, 0);
 }
 
 inline void mark(const QStringList &words)
