@@ -12,6 +12,6 @@ scripts/test-share
 cmake --preset ci
 cmake --build --preset ci # generated sources
 scripts/abi.sh
-run-clang-tidy -quiet -p build/ci "$PWD/(src|tests|tools|bench|docs)/.*\.cpp\$"
+run-clang-tidy -quiet -p build/ci "$PWD/(src|tests|tools|bench|docs|kit)/.*\.cpp\$"
 cmake --preset odr
 cmake --build --preset odr

@@ -145,6 +145,8 @@ int changeName(int (*call)(Arguments...), Arguments... arguments)
 
 } // namespace
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the C library's are reserved
+// names
 extern "C" {
 
 int fsync(int file)
@@ -196,3 +198,4 @@ int unlink(const char *path) noexcept
 }
 
 } // extern "C"
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
