@@ -145,5 +145,12 @@ def recorded(path, log):
             time.sleep(0.01)
         yield node
     finally:
+        stop(server)
+
+
+def stop(server):
+    """It may miss a signal that comes just before it waits for requests."""
+    while server.poll() is None:
         server.terminate()
-        server.wait()
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            server.wait(timeout=0.5)

@@ -163,7 +163,9 @@ def look(machine, blocks):
         if text is None:
             time.sleep(0.02)
             continue
-        return dict(line.split("\t", 1) if "\t" in line else ("damaged", line) for line in text.splitlines())
+        lines = text.splitlines()
+        facts = dict(line.split("\t", 1) for line in lines if "\t" in line)
+        return {**facts, "damaged": text} if "damaged" in facts else facts
 
 
 def try_operation(machine, operation, options, chance):
