@@ -9,6 +9,12 @@ AUX_VERSION=$(sed -n 's/^project(libaux VERSION \([0-9.]*\).*/\1/p' CMakeLists.t
 export AUX_VERSION AUX_OUTPUT
 rm -rf "$AUX_OUTPUT"
 mkdir -p "$AUX_OUTPUT"
-doxygen docs/Doxyfile
+# The same pages from any directory whose path is in ASCII; in another one the headers are named with it.
+doxygen - <<END
+$(cat docs/Doxyfile)
+INPUT = $(LC_ALL=C && echo docs/*.md include/aux/*.h)
+STRIP_FROM_PATH = "$PWD/include" "$PWD"
+STRIP_FROM_INC_PATH = "$PWD/include"
+END
 scripts/check-reference "$AUX_OUTPUT"
 echo "$AUX_OUTPUT/html/index.html"
