@@ -32,7 +32,8 @@ function(aux_install_kit_program program source description)
     set(manual ${CMAKE_CURRENT_SOURCE_DIR}/kit/${program}.man)
     add_custom_command(OUTPUT ${link}.1
         COMMAND ${HELP2MAN} --no-info --name ${description} --include ${manual} --output ${link}.1
-            --version-string "${program} ${PROJECT_VERSION}" ${CMAKE_CURRENT_SOURCE_DIR}/kit/${source}
+            --version-string "${program} ${PROJECT_VERSION}" ./${source}
+        WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/kit # help2man takes no path with a blank
         DEPENDS kit/${source} ${manual} VERBATIM)
     add_custom_target(${program}-manual ALL DEPENDS ${link}.1)
     install(FILES ${link} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Kit)
