@@ -75,11 +75,14 @@ Reason clear()
     return isClear ? Reason() : notRemoved;
 }
 
+/// Not flushed, as nothing of the keyring needs to outlast a power cut.
 Reason writeAgentOptions()
 {
-    NewFile file(Keyring::path + QStringLiteral("/gpg-agent.conf"));
-    return file.open() && file.write(agentOptions) && file.commit() ? Reason()
-                                                                    : notMade.because(file.cause());
+    QFile file(Keyring::path + QStringLiteral("/gpg-agent.conf"));
+    if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+        file.write(agentOptions) == agentOptions.size())
+        return {};
+    return notMade.because(file.fileName(), file.errorString());
 }
 
 } // namespace
