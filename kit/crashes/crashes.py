@@ -234,7 +234,7 @@ class Results:
     def total(self):
         """Prints the table."""
         print(f"{'file system':20}{'operation':12}", *(f"{key:>9}" for key in COUNTS))
-        for (file_system, operation), counts in self.table.items():
+        for (file_system, operation), counts in sorted(self.table.items()):
             print(f"{file_system:20}{operation:12}", *(f"{counts[key]:9}" for key in COUNTS))
         return sum(self.table.values(), collections.Counter())
 
@@ -271,6 +271,8 @@ def main():
     results = Results(options)
     records = [Record(results.directory, *row)
                for row in itertools.product(*(name.split(",") for name in names))]
+    if options.seconds < math.inf:  # what is left out then is not always the last file system
+        random.Random(options.seed).shuffle(records)
     look_at_all(records, results, options)
     total = results.total()
     print(f"{total['states']} states, {total['distinct']} distinct, {total['faulty']} with faults")
