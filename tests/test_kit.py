@@ -52,7 +52,8 @@ class Sandbox(unittest.TestCase):
                 (["--supplicant", "/nowhere", "true"], "/nowhere: No such file or directory"),
                 (["--interface", "eth 0", "true"], "no name of an interface"),
                 (["--interface", "eth0,01:00:00:00:00:00", "true"], '"01:00:00:00:00:00" is neither'),
-                (["--interface", "eth0,1.2.3.400/8", "true"], "1.2.3.400/8")):
+                (["--interface", "eth0,1.2.3.400/8", "true"], "1.2.3.400/8"),
+                (["--interface", "lo", "true"], "cannot make the interface lo")):
             ended = self.sandbox(*words)
             self.assertEqual(ended.returncode, 2, words)
             self.assertIn(reason, ended.stderr)
@@ -80,8 +81,8 @@ class Sandbox(unittest.TestCase):
                 ("", "start", "SystemHelper: cannot start wpa_supplicant, control socket already exists"),
                 ("stopped", "scan", "SystemHelper: cannot open wpa_supplicant control interface"),
                 ("refuse ATTACH", "scan", "SystemHelper: cannot attach to wpa_supplicant control interface"),
-                ("silent SCAN", "scan", "scan request failed"),
-                ("late SCAN_RESULTS 20", "scan", "collecting scan results failed")):
+                ("silent ATTACH", "scan", "SystemHelper: cannot attach to wpa_supplicant control interface"),
+                ("late SCAN_RESULTS 11", "scan", "collecting scan results failed")):
             self.assertEqual(self.answer(NETWORK + lines, operation)["error"][0]["message"], message, lines)
 
     def test_life_of_the_daemon(self):
