@@ -67,8 +67,9 @@ class Record:
                            check=True, env={**os.environ, **self.environment})
         os.remove(now)
         for part, kept in (base, self.base), (self.environment["FLUSHES_LIST"], self.list), (log, self.log):
-            shutil.move(part, f"{kept}.part")
+            subprocess.run(["cp", "--sparse=always", part, f"{kept}.part"], check=True)
             os.rename(f"{kept}.part", kept)  # the log last
+            os.remove(part)
 
     def flushes(self):
         """Those that the operation made, or those that it was to leave out."""
