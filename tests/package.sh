@@ -61,7 +61,7 @@ inside() {
     install doc-base ../libaux-doc_*.deb
     install-docs --check /usr/share/doc-base/libaux-doc.libaux
     step "Build the example of libaux-kit as an ordinary user, and run it and its tests"
-    install cmake ../libaux-kit_*.deb
+    install cmake make ../libaux-kit_*.deb
     useradd --create-home --shell /bin/bash developer
 }
 
