@@ -88,10 +88,9 @@ class Record:
 class Look:
     """Takes every so many of a record's contents and judges its states."""
 
-    def __init__(self, record, share, options):
-        self.record, self.share, self.seed = record, share, options.seed
+    def __init__(self, record, share, end, options):
+        self.record, self.share, self.end, self.seed = record, share, end, options.seed
         self.limit, self.patience = options.states // record.shares, options.patience
-        self.end = options.start + options.seconds
         self.image = f"{WORK}/{record.name}.{share}.state"
 
     def run(self, programs):
@@ -179,8 +178,8 @@ def make(task):
 
 
 def look(task):
-    record, share, options = task
-    return Look(record, share, options).run(options.programs)
+    record, share, end, options = task
+    return Look(record, share, end, options).run(options.programs)
 
 
 def parse():
@@ -194,7 +193,7 @@ def parse():
     parser.add_argument("--states", type=int, default=0, help="look at so many of each record")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--patience", type=int, default=3000, help="ms for the next write")
-    parser.add_argument("--seconds", type=float, default=math.inf, help="after which no more is looked at")
+    parser.add_argument("--seconds", type=float, default=math.inf, help="for all; each record has its part")
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.set_defaults(start=time.monotonic())
     return parser.parse_args()
@@ -235,7 +234,7 @@ class Results:
     def total(self):
         """Prints the table."""
         print(f"{'file system':20}{'operation':12}", *(f"{key:>9}" for key in COUNTS))
-        for (file_system, operation), counts in sorted(self.table.items()):
+        for (file_system, operation), counts in self.table.items():
             print(f"{file_system:20}{operation:12}", *(f"{counts[key]:9}" for key in COUNTS))
         return sum(self.table.values(), collections.Counter())
 
@@ -251,8 +250,11 @@ def look_at_all(records, results, options):
             todo.append(record)
     with multiprocessing.Pool(options.jobs, disk.make_own_world, [CHECKOUT]) as pool:
         pool.map(make, [(record, options) for record in todo], chunksize=1)
-        looks = pool.imap(look, [(record, share, options)
-                                 for record in todo for share in range(record.shares)])
+        now = time.monotonic()
+        ends = itertools.count(now, (options.start + options.seconds - now) / max(len(todo), 1))
+        next(ends)
+        looks = pool.imap(look, [(record, share, end, options) for record, end in zip(todo, ends)
+                                 for share in range(record.shares)])
         for record in todo:
             parts = list(itertools.islice(looks, record.shares))
             result = {key: sum(part[key] for part in parts) for key in COUNTS}
@@ -272,8 +274,6 @@ def main():
     results = Results(options)
     records = [Record(results.directory, *row)
                for row in itertools.product(*(name.split(",") for name in names))]
-    if options.seconds < math.inf:  # what is left out then is not always the last file system
-        random.Random(options.seed).shuffle(records)
     look_at_all(records, results, options)
     total = results.total()
     print(f"{total['states']} states, {total['distinct']} distinct, {total['faulty']} with faults")

@@ -19,6 +19,7 @@ import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import time
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -74,20 +75,15 @@ class Machine:
     """Two flashes, and someone inside who does what he is asked."""
 
     def __init__(self, programs, results):
-        self.directory = results / "flash"
-        self.directory.mkdir(parents=True, exist_ok=True)
-        for file in "command", "answer":
-            (self.directory / file).unlink(missing_ok=True)
-        kernel = self.directory / "kernel"
-        if not kernel.is_symlink():
-            kernel.symlink_to("../kernel")
+        self.directory = pathlib.Path(tempfile.mkdtemp(prefix="flash-", dir=results))
+        (self.directory / "kernel").symlink_to("../kernel")
         self.now, self.state = Flash("now"), Flash("state")
         devices = [f"-object memory-backend-file,id=flash{number},size={SIZE},share=on,mem-path={flash.path} "
                    f"-device ivshmem-plain,memdev=flash{number},addr={16 + number}"
                    for number, flash in enumerate((self.now, self.state))]
         self.process = subprocess.Popen(
             [HERE.parent / "machine", self.directory, HERE / "guest", programs, self.directory],
-            env={**os.environ, "MACHINE": " ".join(devices), "MODULE": str(module(results))},
+            env={**os.environ, "MACHINE": " ".join(devices), "MODULE": str(module(results / "kernel", self.directory / "module"))},
             start_new_session=True,
             stdout=open(self.directory / "console", "wb"), stderr=subprocess.STDOUT)
 
@@ -99,7 +95,7 @@ class Machine:
         answer = self.directory / "answer"
         while not answer.exists():
             if self.process.poll() is not None:
-                raise RuntimeError(f"the machine has ended: {self.directory}/console")
+                raise RuntimeError((self.directory / "console").read_text(errors="replace"))
             yield None
         text = answer.read_text(errors="replace")
         answer.unlink()
@@ -117,18 +113,19 @@ class Machine:
         return (self.directory / "marks").read_bytes()
 
     def close(self):
-        os.killpg(self.process.pid, signal.SIGKILL)
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(self.process.pid, signal.SIGKILL)
         self.process.wait()
         for flash in self.now, self.state:
             flash.path.unlink()
+        shutil.rmtree(self.directory)
 
 
-def module(results):
+def module(kernel, build):
     """What makes flash of the memory that a machine shares, for its kernel."""
-    subprocess.run([HERE.parent / "kernel", results / "kernel"], check=True)
-    release = next((results / "kernel/lib/modules").iterdir()).name
-    build = results / "flash/module"
-    build.mkdir(exist_ok=True)
+    subprocess.run([HERE.parent / "kernel", kernel], check=True)
+    release = next((kernel / "lib/modules").iterdir()).name
+    build.mkdir()
     for file in HERE / "Kbuild", HERE / "sharedflash.c":
         shutil.copy(file, build)
     subprocess.run(["make", "-C", f"/usr/src/linux-headers-{release}", f"M={build}", "modules"],
@@ -193,6 +190,7 @@ def main():
     options = parser.parse_args()
     print(f"Seed {options.seed}", flush=True)
     chance = random.Random(options.seed)
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # with the machine
     machine = Machine(options.programs.resolve(), options.results.resolve())
     try:
         rows = [try_operation(machine, operation, options, chance)
