@@ -14,7 +14,7 @@ crashes.sh [--seed N] [--broken WHICH] [--flash | --all]
   --seed N        chooses the states; a sample prints its seed
   --broken WHICH  with flushes that do not do their work, which must be found: fsync (none does),
                   directory (those of directories do not) or order (the name comes before the data)
-  --flash         cuts the power of a machine with UBIFS on emulated flash, some hundred times
+  --flash         cuts the power of a machine with UBIFS on emulated flash, 180 times
   --all           every state, on ext4 and f2fs, and --flash; it can be interrupted, and goes on then
 END
 }

@@ -35,6 +35,7 @@ COUNTS = ("states", "distinct", "looked", "repaired", "faulty")
 LONG, SHARES = ("mix", "brief"), 4  # in which such a record is looked at
 PARTS = ("base", "flushes", "log")  # of what is recorded
 EVIDENCE = 3  # faults of a record that are told in full
+FEW = 5  # contents that are looked at however late it is
 PROGRESS = 2000  # contents after which is told how many are left
 
 
@@ -109,7 +110,7 @@ class Look:
                 if key not in mine:
                     continue
                 result["states"] += 1
-                if not mine[key] or key not in known and time.monotonic() > self.end:
+                if not mine[key] or key not in known and self._is_over(len(known)):
                     continue
                 if key not in known:
                     known[key] = self._facts(programs, device, state.content)
@@ -120,6 +121,9 @@ class Look:
         result["repaired"] = sum("repaired" in facts for facts in known.values())
         os.remove(self.image)
         return result
+
+    def _is_over(self, looked):
+        return looked >= FEW and time.monotonic() > self.end
 
     def _known(self):
         """What was seen before this was interrupted, perhaps in the middle of the last line."""

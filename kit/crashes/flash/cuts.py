@@ -81,11 +81,12 @@ class Machine:
         devices = [f"-object memory-backend-file,id=flash{number},size={SIZE},share=on,mem-path={flash.path} "
                    f"-device ivshmem-plain,memdev=flash{number},addr={16 + number}"
                    for number, flash in enumerate((self.now, self.state))]
-        self.process = subprocess.Popen(
-            [HERE.parent / "machine", self.directory, HERE / "guest", programs, self.directory],
-            env={**os.environ, "MACHINE": " ".join(devices), "MODULE": str(module(results / "kernel", self.directory / "module"))},
-            start_new_session=True,
-            stdout=open(self.directory / "console", "wb"), stderr=subprocess.STDOUT)
+        flash = module(results / "kernel", self.directory / "module")
+        with open(self.directory / "console", "wb") as console:
+            self.process = subprocess.Popen(
+                [HERE.parent / "machine", self.directory, HERE / "guest", programs, self.directory],
+                env={**os.environ, "MACHINE": " ".join(devices), "MODULE": str(flash)},
+                start_new_session=True, stdout=console, stderr=subprocess.STDOUT)
 
     def ask(self, command):
         """The answer, for as long as there is none, None."""
@@ -185,7 +186,7 @@ def main():
     parser.add_argument("results", type=pathlib.Path)
     parser.add_argument("--operations", required=True)
     parser.add_argument("--flushes", default="", help="what flushes.cpp takes")
-    parser.add_argument("--cuts", type=int, default=100, help="of each operation")
+    parser.add_argument("--cuts", type=int, default=12, help="of each operation")
     parser.add_argument("--seed", type=int, default=1)
     options = parser.parse_args()
     print(f"Seed {options.seed}", flush=True)
