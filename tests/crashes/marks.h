@@ -10,9 +10,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-// A mark is a block at one offset of a file, or behind its end: "began" or "confirmed" and the name of a fact, then
-// the fact's new value; what was begun has those that may be seen on the way. The facts are what
-// facts.cpp finds.
+// A mark is a block at one offset of a file, or behind its end: "began" or "confirmed" and the name
+// of a fact, then the fact's new value; what was begun has those that may be seen on the way. The
+// facts are what facts.cpp finds.
 
 namespace marks
 {
