@@ -48,10 +48,10 @@ private Q_SLOTS:
     void crcEqualsItsDefinitionAndContinues()
     {
         const auto length = cell<int>();
-        std::vector<unsigned char> data;
-        for (int i = 0; i < length; ++i)
-            data.push_back(static_cast<unsigned char>(i * i * 31 + (i >> 8)));
         const auto size = static_cast<unsigned int>(length);
+        std::vector<unsigned char> data;
+        for (unsigned int i = 0; i < size; ++i)
+            data.push_back(static_cast<unsigned char>(i * i * 31 + (i >> 8)));
         const unsigned int expected = crcByDefinition(data);
         QCOMPARE(aux::crc32(0, data.data(), size), expected);
         for (const unsigned int cut : {1U, size / 3, size - 1}) {

@@ -161,7 +161,7 @@ private Q_SLOTS:
     {
         QCOMPARE(pack(), QString());
         const QByteArray before = read(packed);
-        ::link(qPrintable(packed), qPrintable(out + "/source.ddd"));
+        QCOMPARE(::link(qPrintable(packed), qPrintable(out + "/source.ddd")), 0);
         QCOMPARE(unpack().error, unpackError("Failed to open file for writing"));
         QCOMPARE(unpack("packed.bin", packed, dir).error,
                  unpackError("Failed to open file for writing"));

@@ -158,7 +158,7 @@ private Q_SLOTS:
         QCOMPARE(moveHere("link", {}, "link"), QString());
         QVERIFY(QFile(inNew + "link").exists());
         QCOMPARE(read(inNew + "f"), QByteArray("content"));
-        ::link(qPrintable(inNew + "f"), qPrintable(inNew + "hard"));
+        QCOMPARE(::link(qPrintable(inNew + "f"), qPrintable(inNew + "hard")), 0);
         QCOMPARE(moveHere("f", {}, "link"), QString()); // which would dangle
         QVERIFY(QFile::exists(inNew + "link"));
         QCOMPARE(moveHere("f", {}, "hard"), QString()); // a hard link is a second name
