@@ -50,6 +50,18 @@ private:
     struct rlimit m_before;
 };
 
+mode_t neverFlushed = 0; // the type of such files
+
+int flush(long number, int file)
+{
+    struct stat status {
+    };
+    if (::fstat(file, &status) != 0 || (status.st_mode & S_IFMT) != neverFlushed)
+        return static_cast<int>(::syscall(number, file));
+    errno = EIO;
+    return -1;
+}
+
 } // namespace
 
 /// In place of the C library's: what reads a file gets an error from the medium.
@@ -62,18 +74,6 @@ extern "C" ssize_t read(int file, void *data, size_t size)
         return -1;
     }
     return ::syscall(SYS_read, file, data, size);
-}
-
-mode_t neverFlushed = 0; // the type of such files
-
-static int flush(long number, int file)
-{
-    struct stat status {
-    };
-    if (::fstat(file, &status) != 0 || (status.st_mode & S_IFMT) != neverFlushed)
-        return static_cast<int>(::syscall(number, file));
-    errno = EIO;
-    return -1;
 }
 
 /// In place of the C library's, Qt's calls too: the medium does not take what the cache holds.
