@@ -76,6 +76,7 @@ try() { # RELEASE QT USER
         skipped=$(sed -n 's/ tests skipped, and cases.*//p' "$log")
     }
     ! grep -q ': warning: .*\[-W' "$log"* || build="FAILED: warnings"
+    [ "$status" -eq 0 ] || tail -n 60 "$log" >&2
     version=$(enter "$root" "$3" pkg-config --modversion "Qt$2Core") || version="$2 FAILED"
     printf '%s\t' "$1" "$version" "$3" "$build" "$demo" "$tests" >>"$directory/table"
     echo "$skipped" >>"$directory/table"
