@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Compares the library's binary interface on x86-64 with that of the last release: abi.sh [--release]
+# Compares the library's binary interface with that of the last release: abi.sh [--release]
+# On x86-64 with Debian 12's compiler, as the description is: a later one describes destructors otherwise.
 # Fails where a program that was built with the release might not run any more. What is new is no
 # fault: for operations debian/libaux1.symbols says since when they are there. With --release it writes
 # the interface down for the next time. Needs the preset ci built.
