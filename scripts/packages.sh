@@ -10,11 +10,12 @@ work=$(mktemp -d --tmpdir=/var/tmp)
 trap 'rm -rf "$work"' EXIT
 
 # dpkg-buildpackage leaves its results beside the sources. It keeps their modes, and times before that
-# of the version, and each checkout has its own.
+# of the version, and each checkout and umask has its own.
+umask 022
 mkdir -p "$work/libaux" "$directory"
 git ls-files -z |
     tar -c --null --files-from=- --mode=u=rwX,go=rX --mtime="@$(dpkg-parsechangelog --show-field Timestamp)" |
-    tar -C "$work/libaux" -xp
+    tar -C "$work/libaux" -x
 export DEB_BUILD_PROFILES=nocheck
 (cd "$work/libaux" && dpkg-buildpackage -us -uc) >"$directory/build.log" 2>&1 || {
     cat "$directory/build.log" >&2
