@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: MIT
 """What the tests of the installed auxctl share: running it, and a /data of their own."""
 
-import collections
 import functools
 import json
 import os
@@ -50,7 +49,6 @@ class World(unittest.TestCase):
         self.work = TMP / "work"
         shutil.rmtree(self.work, ignore_errors=True)
         self.work.mkdir()
-        self.log = DATA / "strace"
 
     def auxctl(self, *arguments, status=0, given=b"", **options):
         """Runs it; its standard output as text, its standard error in self.errors."""
@@ -65,33 +63,6 @@ class World(unittest.TestCase):
         document = json.loads(self.auxctl(*arguments, "--json", **options))
         validate(document, arguments)
         return document
-
-    def interrupted(self, *arguments, check):
-        """Runs it ten times, with a signal at a system call further on each time, in a process that
-        the first one has started; calls `check` after each."""
-        trace = ("strace", "-f", "-qq", "-o", self.log)
-        environment = {**os.environ, "ASAN_OPTIONS": "detect_leaks=0"}  # that cannot be traced
-        command = (AUXCTL, *map(str, arguments))
-        subprocess.run([*trace, *command], capture_output=True, check=True, env=environment)
-        calls = re.findall(r"(?m)^(\d+) +(\w+)\(", self.log.read_text())
-        own = collections.Counter(name for process, name in calls if process == calls[0][0])
-        counts = collections.Counter()
-        moments = {}  # strace counts each system call of each process by itself
-        for process, name in calls:
-            counts[process, name] += process != calls[0][0]
-            if counts[process, name] > own[name]:
-                moments[name, counts[process, name]] = True
-        ends = []
-        for index in range(10):
-            name, count = list(moments)[index * len(moments) // 10]
-            inject = f"inject={name}:signal={('INT', 'TERM', 'HUP')[index % 3]}:when={count}"
-            ended = subprocess.run([*trace, "-e", inject, *command], capture_output=True, check=False,
-                                   env=environment, timeout=60)
-            ends.append((inject, ended.returncode))
-            check()
-        self.log.unlink()
-        # One that comes when all is done ends nothing.
-        self.assertGreater(sum(code != 0 for _, code in ends), 4, ends)
 
     def on_terminal(self, *arguments, answer="", environment=None, prefix=()):
         """Runs it on a terminal of its own, one line of the answer to each question; exit status and
