@@ -94,6 +94,7 @@ class Sandbox(unittest.TestCase):
             auxctl link eth7
             nsenter --net=/run/netns/lan ip link set eth7 down
             auxctl link eth7
+            until grep -q down /sys/class/net/eth7/operstate; do sleep 0.1; done # the kernel tells it within a second
             auxctl info | grep -E '^(serial|ipv4)'
         """
         told = self.sandbox("--interface", "eth7,02:00:00:0e:44:ab,192.0.2.1/24", "--interface", "eth8,down",
