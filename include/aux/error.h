@@ -90,7 +90,8 @@ public:
     /// moved onto itself stays as it is.
     /// @shown{errors,passOn}
     Error &operator<<(Error &&other) noexcept;
-    /// Appends copies of the other's entries and takes its extra data, also a null one and that of a success.
+    /// Appends copies of the other's entries and takes its extra data, also a null one and that of
+    /// a success.
     /// @shown{errors,collect}
     Error &operator<<(const Error &other);
 
