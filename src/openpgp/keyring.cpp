@@ -75,14 +75,12 @@ Reason clear()
     return isClear ? Reason() : notRemoved;
 }
 
-/// Not flushed, as nothing of the keyring needs to outlast a power cut.
+/// Flushed before a key comes: where /tmp outlasts a power cut, no key is there without them.
 Reason writeAgentOptions()
 {
-    QFile file(Keyring::path + QStringLiteral("/gpg-agent.conf"));
-    if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-        file.write(agentOptions) == agentOptions.size())
-        return {};
-    return notMade.because(file.fileName(), file.errorString());
+    NewFile file(Keyring::path + QStringLiteral("/gpg-agent.conf"));
+    return file.open() && file.write(agentOptions) && file.commit() ? Reason()
+                                                                    : notMade.because(file.cause());
 }
 
 } // namespace
