@@ -62,12 +62,11 @@ Result encrypt(const aux::Configuration &configuration, const QString &container
     const QString name = QFileInfo(container).completeBaseName() + ".gpg";
     const QString message = FsHelper::createPathName(DirLocation::Transfer, name);
     aux::Error error = importKey(configuration);
-    if (!error.hasError()) {
+    if (!error.hasError())
         error = DataHelper::encryptFileGPG(container, message);
-        aux::Error removed = DataHelper::removeKeypairGPG(); // in any case
-        if (!error.hasError())
-            error = std::move(removed);
-    }
+    aux::Error removed = DataHelper::removeKeypairGPG(); // in any case
+    if (!error.hasError())
+        error = std::move(removed);
     if (error.hasError())
         return failed(container + " is not encrypted", std::move(error));
     return {{}, message};

@@ -7,15 +7,16 @@
 
 #include <utility>
 
-/// Keeps the server's public key in the settings, which are on the storage when it returns.
+/// Keeps the server's public key in the settings. While these cannot be written, as on a full
+/// storage, this process alone has it, and the next write that succeeds takes it along.
 aux::Error keepKey(aux::Configuration &configuration, const QByteArray &key,
                    const QString &passPhrase);
 
 /// Takes a download to where the upload looks for it: packs it into a container, moves that to the
 /// archive, and encrypts it for the server. Returns the path of the message.
 ///
-/// What the steps before a failure have made stays: a container in New can be archived, one in the
-/// archive encrypted, at the next attempt.
+/// What the steps before a failure have made stays, and so does the download: another attempt packs
+/// it anew.
 std::pair<aux::Error, QString> dispatch(const aux::Configuration &configuration,
                                         const QString &download);
 

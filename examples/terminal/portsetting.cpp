@@ -4,6 +4,7 @@
 bool changePort(aux::Configuration &configuration, unsigned int port,
                 const std::function<bool()> &userAgrees)
 {
+    configuration.snapshot(); // what rollback() writes
     // Of exactly the setting's type: an int would be refused.
     configuration.setValue(aux::SettingsCode::NetworkDataport, port);
     if (configuration.changed(aux::SettingsArea::Network).anyChanged && !userAgrees()) {
