@@ -33,6 +33,13 @@ class Sandbox(unittest.TestCase):
         for script, status in (("exit 0", 0), ("exit 3", 3), ("exit 77", 1), ("kill -TERM $$", 128 + signal.SIGTERM)):
             self.assertEqual(self.sandbox("sh", "-c", script).returncode, status, script)
 
+    def test_a_command_may_hold_an_equals_sign(self):
+        command = self.file.with_name("a=b")
+        command.write_text("#!/bin/sh\nexit 3\n")
+        command.chmod(0o755)
+        ended = self.sandbox("--empty", "--readable", str(command.parent), "--", str(command), "true")
+        self.assertEqual(ended.returncode, 3)
+
     def test_death(self):
         """Who kills the sandbox ends the command."""
         with subprocess.Popen([SANDBOX, "--empty", "sh", "-c", "echo; sleep 1000"], stdout=subprocess.PIPE) as sandbox:
@@ -46,6 +53,10 @@ class Sandbox(unittest.TestCase):
                 (["--suplicant", "x", "true"], "there is no option --suplicant"),
                 (["--supplicant"], "--supplicant needs a value"),
                 (["--supplicant", "/nowhere", "true"], "/nowhere: No such file or directory"),
+                (["--writable", SANDBOX, "true"], f"{SANDBOX} is no directory"),
+                (["--readable", "/nowhere", "true"], "/nowhere is no directory"),
+                (["--writable", "/", "true"], "/ is the world's own"),
+                (["--writable", "/tmp", "true"], "/tmp is the world's own"),
                 (["--interface", "eth 0", "true"], "no name of an interface"),
                 (["--interface", "eth0,01:00:00:00:00:00", "true"], '"01:00:00:00:00:00" is neither'),
                 (["--interface", "eth0,1.2.3.400/8", "true"], "1.2.3.400/8"),
