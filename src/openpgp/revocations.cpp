@@ -40,11 +40,12 @@ QByteArray keyId(const Packet &packet)
 /// The place of the key that a packet revokes; -1 where it revokes none of them.
 int revokedKey(const Packet &packet, const QByteArrayList &keyIds)
 {
+    if (!isOfKind(packet, ofKey))
+        return -1;
     const auto key = std::find_if(keyIds.begin(), keyIds.end(), [&packet](const QByteArray &id) {
         return !id.isEmpty() && packet.body.contains(id);
     });
-    return !isOfKind(packet, ofKey) || key == keyIds.end() ? -1
-                                                           : static_cast<int>(key - keyIds.begin());
+    return key == keyIds.end() ? -1 : static_cast<int>(key - keyIds.begin());
 }
 
 } // namespace
