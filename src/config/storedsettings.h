@@ -16,8 +16,7 @@ Reason readWhole(const QString &path, QByteArray &text);
 /// "<file>.bad" first. Where there is a reason it must not be replaced.
 Reason readToReplace(const QString &path, QSettings::SettingsMap &settings);
 
-/// Replaces a settings file, whose directories are made where they are missing; all of it is
-/// fsynced.
+/// Replaces a settings file in a directory that is there. Its text and its name are fsynced.
 Reason replaceSettings(const QString &path, const QSettings::SettingsMap &settings);
 
 } // namespace aux
